@@ -7,8 +7,6 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
-#include "ws/core/wsRecognizer.h"
-#include "ws/core/wsTextProcessor.h"
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
@@ -30,105 +28,51 @@ struct Text {
     std::vector<unsigned short> org, spaceFree, normalized;
 };
 
-// Drops the first character the way space removal shortens a text.
-class DropFirst : public ws::TextProcessor {
-public:
-    int doPreProcess(TextSegmentation& seg) override {
-        for (unsigned int i = 1; i < seg.textLen; ++i) seg.spaceFreeText[i - 1] = seg.text[i];
-        seg.text = seg.spaceFreeText;
-        seg.textLen = seg.spaceFreeLen = seg.textLen - 1;
-        seg.removedSpaces.push_back(0);
-        return 0;
-    }
-    int doPostProcess(TextSegmentation&) override { return 0; }
-};
-
-// Proposes a two-character number, split in two, at every even position.
-class Pairs : public ws::Recognizer {
-public:
-    int doRecognize(TextSegmentation& seg) override {
-        ws::NewWordBuffer& buffer = seg.newWordBuffers[seg.getPropIdx(ws::WS_PROPERTY_NUM)];
-        for (unsigned int p = 0; p + 1 < seg.textLen; p += 2) {
-            buffer.words[p].len = 2;
-            buffer.words[p].subWords.assign({1, 1});
-            buffer.words[p].flag = 1;
-            buffer.words[p].attr = 9;
-        }
-        buffer.count = 1;
-        return 0;
-    }
-    int getProperty(std::vector<unsigned short>& props) override {
-        props.push_back(ws::WS_PROPERTY_NUM);
-        return 1;
-    }
-};
-
-// One pass of every kind of stage over `seg`, leaving something in each
-// field that init must undo.
+// What the stages of one call leave behind: a shortened text in a work
+// buffer, a removed space, candidates, a filled lattice and two-unit words.
 void runStages(TextSegmentation& seg) {
-    DropFirst().doPreProcess(seg);
-    Pairs().doRecognize(seg);
+    seg.text = seg.spaceFreeText;
+    seg.textLen = seg.spaceFreeLen = seg.textLen - 1;
+    seg.removedSpaces.push_back(0);
+    for (ws::NewWordBuffer& buffer : seg.newWordBuffers) {
+        buffer.words[0] = {2, {1, 1}, 1, 9};
+        buffer.count = 1;
+    }
     seg.resultByDict.valid = 1;
     seg.resultByDict.scores[1] = 2.5;
     for (unsigned int p = 0; p + 1 < seg.textLen; p += 2) {
         seg.result.cells[p].len = 2;
         seg.result.cells[p].subWords.assign({1, 1});
-        seg.result.cells[p].wordId = 42;
     }
 }
 
-TEST(TextSegmentation, RefusesAnEmptyOrMissingTextAndKeepsTheLastOne) {
+TEST(TextSegmentation, InitStartsEachTextAfreshButRefusesAnEmptyOne) {
     TextSegmentation seg;
     EXPECT_EQ(seg.getSegResultWordNum(), 0u);
     seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f);
+    seg.denormalizeToSpaceFree = 1;
+    seg.normalizeMode = 4;
     Text text(u"北京邮电大学");
     ASSERT_TRUE(text.initInto(seg));
+    EXPECT_EQ(seg.getSegResultWordNum(), 6u);
     runStages(seg);
 
     Text empty(u"");
     EXPECT_FALSE(empty.initInto(seg));
     EXPECT_FALSE(seg.init(nullptr, text.spaceFree.data(), text.normalized.data(), 3));
     EXPECT_EQ(seg.text, text.spaceFree.data());
-    EXPECT_EQ(seg.textLen, 5u);
-    EXPECT_EQ(seg.removedSpaces.size(), 1u);
-    EXPECT_EQ(seg.newWordBuffers[0].count, 1u);
     EXPECT_EQ(seg.getSegResultWordNum(), 3u);
-}
 
-TEST(TextSegmentation, InitUndoesEveryStageOfThePreviousText) {
-    TextSegmentation seg;
-    seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f);
-    seg.denormalizeToSpaceFree = 1;
-    seg.recordRemovedSpaces = 1;
-    seg.normalizeMode = 4;
-    Text text(u"清华大学计算机系");
     ASSERT_TRUE(text.initInto(seg));
-    runStages(seg);
-    ASSERT_TRUE(text.initInto(seg));
-
-    EXPECT_EQ(seg.orgText, text.org.data());
-    EXPECT_EQ(seg.text, seg.orgText);
-    EXPECT_EQ(seg.spaceFreeText, text.spaceFree.data());
-    EXPECT_EQ(seg.normalizedText, text.normalized.data());
-    EXPECT_EQ(seg.textLen, 8u);
-    EXPECT_EQ(seg.spaceFreeLen, 8u);
-    EXPECT_EQ(seg.normalizedLen, 8u);
+    EXPECT_EQ(seg.text, text.org.data());
+    EXPECT_EQ(seg.textLen + seg.spaceFreeLen + seg.normalizedLen, 18u);
     EXPECT_TRUE(seg.removedSpaces.empty());
-    const ws::NewWordBuffer& numbers = seg.newWordBuffers[0];
-    EXPECT_EQ(numbers.count, 0u);
-    for (const ws::NewWordBuffer::Record& r : numbers.words) {
-        EXPECT_EQ(r.len, 0);
-        EXPECT_EQ(r.flag, 0);
-        EXPECT_EQ(r.attr, 0);
-        EXPECT_TRUE(r.subWords.empty());
-    }
+    const ws::NewWordBuffer::Record& r = seg.newWordBuffers[0].words[0];
+    EXPECT_EQ(seg.newWordBuffers[0].count + r.len + r.flag + r.attr + r.subWords.size(), 0u);
     EXPECT_EQ(seg.resultByDict.valid, 0u);
-    EXPECT_EQ(seg.resultByDict.scores[1], -1e300);
-    EXPECT_EQ(seg.getSegResultWordNum(), 8u);
-    EXPECT_EQ(seg.result.cells[0].wordId, -1);
-    // The text processors' own state survives: it belongs to the segmenter, not the text.
+    EXPECT_EQ(seg.getSegResultWordNum(), 6u);
+    // The text processors' settings belong to the segmenter, not to the text.
     EXPECT_EQ(seg.denormalizeToSpaceFree, 1);
-    EXPECT_EQ(seg.recordRemovedSpaces, 1);
     EXPECT_EQ(seg.normalizeMode, 4);
 }
 
@@ -138,14 +82,16 @@ TEST(TextSegmentation, ShorterTextKeepsTheCapacityAndResetsOnlyItsPrefix) {
     Text longText(100), shortText(10);
     ASSERT_TRUE(longText.initInto(seg));
     for (ws::SegmentResult::Cell& c : seg.result.cells) c.len = 5;
+    for (ws::NewWordBuffer::Record& r : seg.newWordBuffers[0].words) r.len = 3;
     ASSERT_TRUE(shortText.initInto(seg));
 
     EXPECT_EQ(seg.result.capacity, 100u);
     EXPECT_EQ(seg.resultByDict.capacity, 100u);
     EXPECT_EQ(seg.newWordBuffers[0].capacity, 100u);
     EXPECT_EQ(seg.getSegResultWordNum(), 10u);
-    EXPECT_EQ(seg.result.cells[9].len, 1);
     EXPECT_EQ(seg.result.cells[10].len, 5);
+    EXPECT_EQ(seg.newWordBuffers[0].words[9].len, 0);
+    EXPECT_EQ(seg.newWordBuffers[0].words[10].len, 3);
 }
 
 TEST(TextSegmentation, CountsWordsByWalkingTheCellLengths) {
@@ -168,13 +114,9 @@ TEST(TextSegmentation, FindsTheFirstBufferOfAProperty) {
     EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f), 0u);
     EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_PER_RULE, 2.5f), 1u);
     EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 3.0f), 2u);
-
     EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_NUM), 0u);
     EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_PER_RULE), 1u);
-    EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_ORG), TextSegmentation::kNoBuffer);
-    EXPECT_EQ(TextSegmentation::kNoBuffer, 0xFFFFFFFFu);
-    EXPECT_EQ(seg.newWordBuffers[1].threshold, 2.5f);
-    EXPECT_EQ(seg.newWordBuffers[1].capacity, 0u);
+    EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_ORG), 0xFFFFFFFFu);
 }
 
 TEST(TextSegmentationMemory, InitAllocatesNothingOnceTheLongestTextHasBeenSeen) {
@@ -205,7 +147,7 @@ TEST(TextSegmentationMemory, InitAllocatesNothingOnceTheLongestTextHasBeenSeen) 
 TEST(TextSegmentationMemory, FailedGrowthIsLoggedAndLeavesNoTextToSegment) {
     TextSegmentation seg;
     seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f);
-    Text text(10), longer(20);
+    Text text(10), longer(20), shorter(5);
     ASSERT_TRUE(text.initInto(seg));
 
     testing::internal::CaptureStderr();
@@ -220,20 +162,15 @@ TEST(TextSegmentationMemory, FailedGrowthIsLoggedAndLeavesNoTextToSegment) {
     EXPECT_FALSE(grown);
     EXPECT_FALSE(added);
     EXPECT_EQ(seg.newWordBuffers.size(), 1u);
-    EXPECT_EQ(seg.textLen, 0u);
     EXPECT_EQ(seg.getSegResultWordNum(), 0u);
-    // Each buffer is left freed with its capacity as it was.
+    // Every buffer is left freed with its capacity as it was.
     EXPECT_TRUE(seg.newWordBuffers[0].words.empty());
-    EXPECT_EQ(seg.newWordBuffers[0].capacity, 10u);
-    EXPECT_TRUE(seg.resultByDict.positions.empty());
     EXPECT_TRUE(seg.resultByDict.scores.empty());
-    EXPECT_TRUE(seg.resultByDict.prev.empty());
-    EXPECT_EQ(seg.resultByDict.capacity, 10u);
     EXPECT_TRUE(seg.result.cells.empty());
-    EXPECT_EQ(seg.result.capacity, 10u);
+    EXPECT_EQ(seg.newWordBuffers[0].capacity + seg.resultByDict.capacity + seg.result.capacity,
+              30u);
 
-    // A freed buffer is rebuilt by the next text, even a shorter one.
-    Text shorter(5);
+    // The next text rebuilds the freed buffers, even a shorter one.
     ASSERT_TRUE(shorter.initInto(seg));
     EXPECT_EQ(seg.getSegResultWordNum(), 5u);
     EXPECT_EQ(seg.resultByDict.scores.size(), 7u);
