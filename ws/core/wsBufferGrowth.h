@@ -1,0 +1,60 @@
+#ifndef ZEG_WS_CORE_WSBUFFERGROWTH_H
+#define ZEG_WS_CORE_WSBUFFERGROWTH_H
+
+#include <cstddef>
+#include <new>
+#include <stdexcept>
+#include <vector>
+
+namespace ws {
+
+// Helpers shared by the grow-only working buffers of a segmentation.
+
+// Logs "allocate memory fail in wsTextSegmentation.cpp:<line>!" at error level
+// through the segmenter logger. Defined in wsTextSegmentation.cpp, the source
+// the message names.
+void logAllocationFailure();
+
+// Runs `allocate`; if it runs out of memory, logs the failure and returns
+// false instead of letting the exception escape.
+template <typename Allocate>
+bool allocateOrLog(Allocate&& allocate) {
+    try {
+        allocate();
+        return true;
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    logAllocationFailure();
+    return false;
+}
+
+// Frees `array`, then gives it exactly `n` value-initialised entries. On an
+// exception the array is left empty.
+template <typename T>
+void renewArray(std::vector<T>& array, std::size_t n) {
+    std::vector<T>().swap(array);
+    std::vector<T>(n).swap(array);
+}
+
+// The grow-only rule for one array: keeps `array` when it holds at least `n`
+// entries; otherwise renews it with exactly `n` and sets `capacity` to n.
+// Sizes, not `capacity`, decide, because a failed growth leaves the array
+// empty and `capacity` unchanged (and returns false, logged).
+template <typename T>
+bool growArray(std::vector<T>& array, unsigned int& capacity, unsigned int n) {
+    if (array.size() >= n) return true;
+    if (!allocateOrLog([&] { renewArray(array, n); })) return false;
+    capacity = n;
+    return true;
+}
+
+// Frees `array` for good (clear() would keep the memory).
+template <typename T>
+void releaseArray(std::vector<T>& array) {
+    std::vector<T>().swap(array);
+}
+
+}  // namespace ws
+
+#endif
