@@ -6,7 +6,9 @@ ASAN_BUILD ?= build-asan
 JOBS       ?= 2
 
 # Debian packages the build, the tests and the default data need.
-PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev
+# opencc, libopencc-data: the source of the GBK translation table, which a test regenerates.
+PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
+            opencc libopencc-data
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

@@ -1,0 +1,163 @@
+#include "normalize/Translate.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "normalize/WordLists.h"
+
+using normalize::gStopWords;
+using normalize::Translate;
+
+namespace {
+
+// GBK of a few characters used below.
+const std::string kDiu = "\x81\x47";         // 丟, traditional
+const std::string kDiuSimple = "\xB6\xAA";   // 丢
+const std::string kLao = "\xB0\x41";         // 癆
+const std::string kLaoSimple = "\xF0\xEC";   // 痨
+const std::string kYu = "\xB0\x4B";          // 癒
+const std::string kYuSimple = "\xD3\xFA";    // 愈
+const std::string kA = "\xB0\xA1";           // 啊, simplified already
+const std::string kDe = "\xB5\xC4";          // 的
+const std::string kWo = "\xCE\xD2";          // 我
+const std::string kShu = "\xCA\xE9";         // 书
+const std::string kFullA = "\xA3\xC1";       // Ａ
+const std::string kFullB = "\xA3\xC2";       // Ｂ
+const std::string kFullSmallC = "\xA3\xE3";  // ｃ
+const std::string kIdeographicSpace = "\xA1\xA1";
+const std::string kFullTilde = "\xA1\xAB";   // ～, outside row 0xA3
+const std::string kFullDollar = "\xA1\xE7";  // ＄, outside row 0xA3
+const std::string kBox = "\xA1\xF5";         // □
+
+TEST(GBKClassifiersTest, Boundaries) {
+    using namespace normalize;
+    EXPECT_FALSE(isGBK1(0x80));
+    EXPECT_TRUE(isGBK1(0x81));
+    EXPECT_TRUE(isGBK1(0xFD));
+    EXPECT_FALSE(isGBK1(0xFE));
+    EXPECT_FALSE(isGBK2(0x3F));
+    EXPECT_TRUE(isGBK2(0x40));
+    EXPECT_FALSE(isGBK2(0x7F));
+    EXPECT_TRUE(isGBK2(0x80));
+    EXPECT_TRUE(isGBK2(0xFE));
+    EXPECT_FALSE(isGBK2(0xFF));
+    EXPECT_FALSE(isChineseCharacter(0xA3, 0xA0));
+    EXPECT_TRUE(isChineseCharacter(0xA3, 0xA1));
+    EXPECT_TRUE(isChineseCharacter(0xA3, 0xFE));
+    EXPECT_FALSE(isChineseCharacter(0xA3, 0xFF));
+    EXPECT_FALSE(isChineseCharacter(0xA2, 0xC1));
+    EXPECT_TRUE(isChineseSpace(0xA1, 0xA1));
+    EXPECT_FALSE(isChineseSpace(0xA1, 0xA2));
+}
+
+class TranslateTest : public ::testing::Test {
+protected:
+    TranslateTest() { gStopWords.clear(); }
+    ~TranslateTest() override { gStopWords.clear(); }
+};
+
+TEST_F(TranslateTest, FullWidthLettersTakeTheCaseBits) {
+    const std::string letters = kFullA + kFullB + kFullSmallC;
+    EXPECT_EQ(Translate(letters, 8), "ABc");
+    EXPECT_EQ(Translate(letters, 8 | 4), "abc");
+    EXPECT_EQ(Translate(letters, 8 | 2), "ABC");
+    EXPECT_EQ(Translate(letters, 8 | 4 | 2), "abc");
+    EXPECT_EQ(Translate(letters, 16 | 4 | 2), letters);
+}
+
+TEST_F(TranslateTest, FullWidthRowKeepsOnlySevenBits) {
+    // ￥ (0xA3A4) and ￣ (0xA3FE) fold to the ASCII bytes of their position.
+    EXPECT_EQ(Translate("\xA3\xA4\xA3\xFE\xA3\xB1", 8), "$~1");
+}
+
+TEST_F(TranslateTest, IdeographicSpaceOnlyWithFullToHalf) {
+    EXPECT_EQ(Translate(kWo + kIdeographicSpace + kShu, 8), kWo + " " + kShu);
+    EXPECT_EQ(Translate(kIdeographicSpace, 16 | 4 | 2), kIdeographicSpace);
+}
+
+TEST_F(TranslateTest, TraditionalBecomesSimplified) {
+    EXPECT_EQ(Translate(kDiu + kLao + kYu + kA, 16), kDiuSimple + kLaoSimple + kYuSimple + kA);
+    EXPECT_EQ(Translate(kDiu + kLao + kYu, 8 | 4 | 2), kDiu + kLao + kYu);
+}
+
+TEST_F(TranslateTest, ZeroLedCellsNeedFullToHalf) {
+    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 16), kFullTilde + kFullDollar);
+    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 16 | 8), "~$");
+    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 8), "~$");
+}
+
+TEST_F(TranslateTest, CaseBitsLeaveDoubleByteCharactersAlone) {
+    // 0xB061 is one character whose trail byte is 'a'.
+    EXPECT_EQ(Translate("x\xB0\x61y", 2), "X\xB0\x61Y");
+    EXPECT_EQ(Translate("X\xB0\x41Y", 4), "x\xB0\x41y");
+}
+
+TEST_F(TranslateTest, BadTrailBytesAreSingleBytes) {
+    // 0x7F is no trail byte, so 0x81 stands alone and the next pair still counts.
+    EXPECT_EQ(Translate("\x81\x7F" + kDiu, 16), "\x81\x7F" + kDiuSimple);
+    EXPECT_EQ(Translate("\x81\x7F" "a", 16 | 2), "\x81\x7F" "A");
+    EXPECT_EQ(Translate("a\x81", 2), "A\x81");
+}
+
+TEST_F(TranslateTest, UnassignedPairsBecomeBoxes) {
+    EXPECT_EQ(Translate("\xA3\xA0", 16), kBox);
+    EXPECT_EQ(Translate("\xA3\xA0", 8 | 4 | 2), "\xA3\xA0");
+}
+
+TEST_F(TranslateTest, LeadByteFEIsTwoSingleBytes) {
+    // As a pair 0xFE61 would be kept whole; byte by byte the 'a' is folded.
+    EXPECT_EQ(Translate("\xFE\x61", 16 | 2), "\xFE\x41");
+    EXPECT_EQ(Translate("\xFE\x40", 16), "\xFE\x40");
+}
+
+TEST_F(TranslateTest, StopCharactersBecomeOneSpaceEach) {
+    gStopWords = {kDe, "a"};
+    EXPECT_EQ(Translate(kWo + kDe + kShu, 32), kWo + " " + kShu);
+    EXPECT_EQ(Translate(kDe + kDe + "a" + kWo, 32), "   " + kWo);
+    EXPECT_EQ(Translate(kWo + kDe, 16), kWo + kDe);
+}
+
+TEST_F(TranslateTest, StopWordsMatchTheTranslatedCharacter) {
+    gStopWords = {kDiuSimple, "a"};
+    EXPECT_EQ(Translate(kDiu + kFullA, 32 | 16 | 8 | 4), "  ");
+    EXPECT_EQ(Translate(kDiu + kFullA, 32), kDiu + kFullA);
+}
+
+TEST_F(TranslateTest, LongerStopWordsNeverMatch) {
+    gStopWords = {kWo + kDe, "ab"};
+    EXPECT_EQ(Translate(kWo + kDe + "ab", 32), kWo + kDe + "ab");
+}
+
+TEST_F(TranslateTest, ShortAndLongQueriesAgainstLongAndShortStopLists) {
+    // A long list is asked piece by piece for a short query and indexed for a
+    // long one; both must agree with the set.
+    std::string filler = "\xB0\xA1";
+    for (int k = 0; k < 600; ++k) gStopWords.insert(filler += "x");
+    gStopWords.insert({kDe, "a", std::string("b\0", 2)});
+    const std::string query = kWo + kDe + "ab" + kFullA;
+    const std::string expected = kWo + "  b ";
+    EXPECT_EQ(Translate(query, 32 | 8 | 4), expected);
+    std::string longQuery, longExpected;
+    for (int k = 0; k < 400; ++k) longQuery += query, longExpected += expected;
+    EXPECT_EQ(Translate(longQuery, 32 | 8 | 4), longExpected);
+}
+
+TEST_F(TranslateTest, StopsAtTheFirstZeroByte) {
+    EXPECT_EQ(Translate(std::string("ab\0cd", 5), 0), "ab");
+    EXPECT_EQ(Translate("", 62), "");
+}
+
+TEST_F(TranslateTest, ModeZeroAndUnusedBitsChangeNothing) {
+    std::mt19937 random(static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
+    std::uniform_int_distribution<int> byte(1, 255);
+    gStopWords = {kDe, "a", " "};
+    for (int round = 0; round < 200; ++round) {
+        std::string query(static_cast<std::size_t>(round % 40), 'x');
+        for (char& c : query) c = static_cast<char>(byte(random));
+        EXPECT_EQ(Translate(query, 0), query);
+        EXPECT_EQ(Translate(query, 1 | 64 | 128 | 1024), query);
+    }
+}
+
+}  // namespace
