@@ -15,15 +15,6 @@ const int kMaxListDepth = 1023;  // the listing's path buffer is 1024 bytes
 // Insertion tracing hook; prints nothing.
 void trace(const char*, ...) {}
 
-// Bytes from the stream's position to its end, or -1.
-int64_t remainingBytes(std::FILE* fp) {
-    const long here = std::ftell(fp);
-    if (here < 0 || std::fseek(fp, 0, SEEK_END) != 0) return -1;
-    const long end = std::ftell(fp);
-    std::fseek(fp, here, SEEK_SET);
-    return end < here ? -1 : end - here;
-}
-
 bool readAll(std::FILE* fp, void* to, size_t size) {
     char* p = static_cast<char*>(to);
     while (size > 0) {
@@ -118,7 +109,7 @@ bool DoubleArrayTrie::acceptHeader(uint64_t available) {
 }
 
 bool DoubleArrayTrie::load(std::FILE* fp) {
-    const int64_t remaining = remainingBytes(fp);
+    const int64_t remaining = TrieBase::remainingBytes(fp);
     char header[kHeaderSize];
     if (remaining < kHeaderSize || !readAll(fp, header, sizeof header)) {
         setError("File size too small");
@@ -184,7 +175,7 @@ bool DoubleArrayTrie::write(std::FILE* fp) {
 
 const char* DoubleArrayTrie::dictVersion(std::FILE* fp) {
     char header[kHeaderSize];
-    if (remainingBytes(fp) < kHeaderSize || !readAll(fp, header, sizeof header)) {
+    if (TrieBase::remainingBytes(fp) < kHeaderSize || !readAll(fp, header, sizeof header)) {
         setError("File size too small");
         return m_err;
     }

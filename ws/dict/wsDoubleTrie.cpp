@@ -10,14 +10,6 @@ namespace {
 const char kMagic[] = "DoubleTrie V1.0.0";
 const int kMaxKeyListed = 1023;
 
-int64_t remainingBytes(std::FILE* fp) {
-    const long here = std::ftell(fp);
-    if (here < 0 || std::fseek(fp, 0, SEEK_END) != 0) return -1;
-    const long end = std::ftell(fp);
-    std::fseek(fp, here, SEEK_SET);
-    return end < here ? -1 : end - here;
-}
-
 }  // namespace
 
 void stateChange(void* trie, int oldState, int newState) {
@@ -67,7 +59,7 @@ bool DoubleTrie::failLoad(const std::string& message) {
 
 bool DoubleTrie::load(std::FILE* fp) {
     clear();
-    const int64_t remaining = remainingBytes(fp);
+    const int64_t remaining = TrieBase::remainingBytes(fp);
     char header[kHeaderSize];
     if (remaining < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize)
         return failLoad("File size too small");
@@ -143,7 +135,7 @@ bool DoubleTrie::write(std::FILE* fp) {
 
 const char* DoubleTrie::dictVersion(std::FILE* fp) {
     char header[kHeaderSize];
-    if (remainingBytes(fp) < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize) {
+    if (TrieBase::remainingBytes(fp) < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize) {
         std::snprintf(m_err, sizeof m_err, "%s", "File size too small");
         return m_err;
     }

@@ -25,6 +25,14 @@ bool TrieBase::load(const char* path) {
     return load(f.get());
 }
 
+int64_t TrieBase::remainingBytes(std::FILE* fp) {
+    const long here = std::ftell(fp);
+    if (here < 0 || std::fseek(fp, 0, SEEK_END) != 0) return -1;
+    const long end = std::ftell(fp);
+    std::fseek(fp, here, SEEK_SET);
+    return end < here ? -1 : end - here;
+}
+
 bool TrieBase::write(const char* path) {
     UniqueFile f(std::fopen(path, "wb"));
     if (!f) {

@@ -1,6 +1,7 @@
 #ifndef ZEG_WS_DICT_WSTRIEBASE_H
 #define ZEG_WS_DICT_WSTRIEBASE_H
 
+#include <cstdint>
 #include <cstdio>
 
 namespace ws {
@@ -75,6 +76,10 @@ public:
     virtual void listAllEntriesUtf8() = 0;
     // True when every key recorded for checking still matches.
     virtual bool isConsistent() = 0;
+
+    // Bytes from the stream's position to its end, or -1 when the stream
+    // cannot tell (a pipe).
+    static int64_t remainingBytes(std::FILE* fp);
 };
 
 }  // namespace ws
