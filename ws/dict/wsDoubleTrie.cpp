@@ -1,0 +1,393 @@
+#include "ws/dict/wsDoubleTrie.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace ws {
+
+namespace {
+
+const char kMagic[] = "DoubleTrie V1.0.0";
+const int kMaxKeyListed = 1023;
+
+}  // namespace
+
+void stateChange(void* trie, int oldState, int newState) {
+    static_cast<DoubleTrie*>(trie)->moveUsers(oldState, newState);
+}
+
+DoubleTrie::DoubleTrie() = default;
+
+DoubleTrie::~DoubleTrie() = default;
+
+bool DoubleTrie::init() {
+    clear();
+    m_front.init();
+    m_rear.init();
+    m_storage.assign(kFirstEntry, Entry{0, 0});
+    m_table = m_storage.data();
+    m_owned = true;
+    m_count = kFirstEntry;
+    m_buildable = true;
+    m_rear.setStateChangeCallback(stateChange, this);
+    return true;
+}
+
+void DoubleTrie::clear() {
+    m_front.clear();
+    m_rear.clear();
+    std::vector<Entry>().swap(m_storage);
+    m_table = nullptr;
+    m_owned = false;
+    m_count = 0;
+    m_rearUsers.clear();
+    m_freeEntries.clear();
+    m_buildable = false;
+}
+
+const char* DoubleTrie::toolsVersion() const { return kMagic; }
+
+void DoubleTrie::resetHeader() {
+    clear();
+}
+
+bool DoubleTrie::failLoad(const std::string& message) {
+    std::snprintf(m_err, sizeof m_err, "%s", message.c_str());
+    resetHeader();
+    return false;
+}
+
+bool DoubleTrie::load(std::FILE* fp) {
+    clear();
+    const int64_t remaining = TrieBase::remainingBytes(fp);
+    char header[kHeaderSize];
+    if (remaining < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize)
+        return failLoad("File size too small");
+    std::memcpy(m_magic, header, kMagicSize);
+    std::memcpy(&m_count, header + kMagicSize, 4);
+    if (std::strncmp(m_magic, kMagic, kMagicSize) != 0) return failLoad("Magic check failed");
+    if (m_count < 0 || static_cast<int64_t>(m_count) * 8 + kHeaderSize > remaining)
+        return failLoad("File size too small");
+    m_storage.resize(static_cast<size_t>(m_count));
+    const size_t bytes = m_storage.size() * sizeof(Entry);
+    if (bytes > 0 && std::fread(m_storage.data(), 1, bytes, fp) != bytes)
+        return failLoad("read data error");
+    if (!m_front.load(fp)) return failLoad(std::string("Left trie load failed: ") + m_front.get_err());
+    // The rear failure reports the front trie's message.
+    if (!m_rear.load(fp)) return failLoad(std::string("Rigth trie load failed: ") + m_front.get_err());
+    m_table = m_storage.data();
+    m_owned = true;
+    return true;
+}
+
+char* DoubleTrie::load(char* buffer, unsigned long size) {
+    clear();
+    if (buffer == nullptr || size < static_cast<unsigned long>(kHeaderSize)) {
+        failLoad("File size too small");
+        return nullptr;
+    }
+    std::memcpy(m_magic, buffer, kMagicSize);
+    std::memcpy(&m_count, buffer + kMagicSize, 4);
+    if (std::strncmp(m_magic, kMagic, kMagicSize) != 0) {
+        failLoad("Magic check failed");
+        return nullptr;
+    }
+    if (m_count < 0 || static_cast<uint64_t>(m_count) * 8 > size - kHeaderSize) {
+        failLoad("File size too small");
+        return nullptr;
+    }
+    char* table = buffer + kHeaderSize;
+    const size_t bytes = static_cast<size_t>(m_count) * sizeof(Entry);
+    char* front = table + bytes;
+    char* rear = m_front.load(front, size - (front - buffer));
+    if (rear == nullptr) {
+        failLoad(std::string("Left trie load failed: ") + m_front.get_err());
+        return nullptr;
+    }
+    char* end = m_rear.load(rear, size - (rear - buffer));
+    if (end == nullptr) {
+        failLoad(std::string("Right trie load failed: ") + m_rear.get_err());
+        return nullptr;
+    }
+    if (reinterpret_cast<uintptr_t>(table) % alignof(Entry) == 0) {
+        m_table = reinterpret_cast<Entry*>(table);
+        m_owned = false;
+    } else {  // cannot be used in place: take a copy
+        m_storage.resize(static_cast<size_t>(m_count));
+        std::memcpy(m_storage.data(), table, bytes);
+        m_table = m_storage.data();
+        m_owned = true;
+    }
+    return end;
+}
+
+bool DoubleTrie::write(std::FILE* fp) {
+    std::memset(m_magic, 0, kMagicSize);
+    std::memcpy(m_magic, kMagic, sizeof kMagic);
+    char header[kHeaderSize];
+    std::memcpy(header, m_magic, kMagicSize);
+    std::memcpy(header + kMagicSize, &m_count, 4);
+    const size_t bytes = static_cast<size_t>(m_count) * sizeof(Entry);
+    if (std::fwrite(header, 1, kHeaderSize, fp) != kHeaderSize) return false;
+    if (bytes > 0 && std::fwrite(m_table, 1, bytes, fp) != bytes) return false;
+    return m_front.write(fp) && m_rear.write(fp);
+}
+
+const char* DoubleTrie::dictVersion(std::FILE* fp) {
+    char header[kHeaderSize];
+    if (TrieBase::remainingBytes(fp) < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize) {
+        std::snprintf(m_err, sizeof m_err, "%s", "File size too small");
+        return m_err;
+    }
+    std::memcpy(m_magic, header, kMagicSize);
+    std::memcpy(&m_count, header + kMagicSize, 4);
+    m_magic[kMagicSize - 1] = '\0';
+    return m_magic;
+}
+
+int DoubleTrie::separatorEntry(int s) const {
+    const int64_t base = m_front.cells()[s].base;
+    if (base >= -1 || -base >= m_count) return 0;
+    return static_cast<int>(-base);
+}
+
+int DoubleTrie::tailValue(int e, const unsigned char* tail, int len) const {
+    const int rear = m_table[e].rear;
+    if (!m_rear.isState(rear)) return 0;
+    int matched = 0;
+    const int end = m_rear.matchReverse(tail, len, rear, matched);
+    return end == m_rear.root() && matched == len ? m_table[e].value : 0;
+}
+
+int DoubleTrie::match(const unsigned char* key, int len) const {
+    if (m_front.length() <= m_front.root() || len < 0) return 0;
+    int m = 0;
+    const int s = m_front.matchLongest(key, len, m);
+    if (isSeparator(s)) {
+        const int e = separatorEntry(s);
+        return e != 0 ? tailValue(e, key + m, len - m) : 0;
+    }
+    return m == len ? m_front.endValue(s) : 0;
+}
+
+int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
+    if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
+    int count = 0;
+    int s = m_front.root();
+    for (int i = 0; i < len && count < max; ++i) {
+        s = m_front.next(s, key[i]);
+        if (s == 0) break;
+        if (isSeparator(s)) {
+            const int e = separatorEntry(s);
+            if (e == 0 || !m_rear.isState(m_table[e].rear)) break;
+            int n = 0;
+            const int end = m_rear.matchReverse(key + i + 1, len - i - 1, m_table[e].rear, n);
+            if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
+            break;
+        }
+        const int t = m_front.next(s, DoubleArrayTrie::kCodeEnd);
+        if (t != 0) out[count++] = MatchInfo{i, m_front.cells()[t].base};
+    }
+    return count;
+}
+
+void DoubleTrie::prepareForAdd() {
+    if (m_front.length() == 0) {
+        init();
+        return;
+    }
+    if (m_buildable) return;
+    if (!m_owned) {
+        m_storage.assign(m_table, m_table + m_count);
+        m_table = m_storage.data();
+        m_owned = true;
+    }
+    if (m_count < kFirstEntry) {
+        m_storage.resize(kFirstEntry, Entry{0, 0});
+        m_table = m_storage.data();
+        m_count = kFirstEntry;
+    }
+    rebuildBookkeeping();
+    m_rear.setStateChangeCallback(stateChange, this);
+    m_buildable = true;
+}
+
+// Entries with rear state 0 are free; the others are in use.
+void DoubleTrie::rebuildBookkeeping() {
+    m_rearUsers.clear();
+    m_freeEntries.clear();
+    for (int e = m_count - 1; e >= kFirstEntry; --e) {
+        if (m_table[e].rear == 0)
+            m_freeEntries.push_back(e);
+        else
+            addUser(m_table[e].rear, e);
+    }
+}
+
+void DoubleTrie::addUser(int rear, int entry) { m_rearUsers[rear].push_back(entry); }
+
+void DoubleTrie::removeUser(int rear, int entry) {
+    auto it = m_rearUsers.find(rear);
+    if (it == m_rearUsers.end()) return;
+    std::vector<int>& users = it->second;
+    users.erase(std::remove(users.begin(), users.end(), entry), users.end());
+    if (users.empty()) m_rearUsers.erase(it);
+}
+
+void DoubleTrie::moveUsers(int oldState, int newState) {
+    auto it = m_rearUsers.find(oldState);
+    if (it == m_rearUsers.end()) return;
+    std::vector<int> users = std::move(it->second);
+    m_rearUsers.erase(it);
+    for (int e : users) m_table[e].rear = newState;
+    std::vector<int>& target = m_rearUsers[newState];
+    target.insert(target.end(), users.begin(), users.end());
+}
+
+int DoubleTrie::getNewSepState() {
+    if (!m_freeEntries.empty()) {
+        const int e = m_freeEntries.back();
+        m_freeEntries.pop_back();
+        return e;
+    }
+    m_storage.push_back(Entry{0, 0});
+    m_table = m_storage.data();
+    return m_count++;
+}
+
+int DoubleTrie::unlinkState(int state) {
+    const int e = separatorEntry(state);
+    m_front.setBase(state, -1);
+    return e;
+}
+
+void DoubleTrie::readTail(int rear, std::string& tail) const {
+    tail.clear();
+    const DoubleArrayTrie::Cell* cells = m_rear.cells();
+    // A damaged rear trie may hold a cycle; no tail is longer than the trie.
+    for (int steps = 0; rear != m_rear.root() && m_rear.isState(rear) && steps < m_rear.length();
+         ++steps) {
+        const int parent = cells[rear].check;
+        if (!m_rear.isState(parent)) break;
+        tail.push_back(static_cast<char>(rear - cells[parent].base - 1));
+        rear = parent;
+    }
+}
+
+int DoubleTrie::rearAncestor(int rear, int steps) const {
+    for (int i = 0; i < steps && rear != m_rear.root(); ++i) {
+        const int parent = m_rear.cells()[rear].check;
+        if (!m_rear.isState(parent)) break;
+        rear = parent;
+    }
+    return rear;
+}
+
+int DoubleTrie::add(const unsigned char* key, int len, int value) {
+    prepareForAdd();
+    if (len < 0) len = 0;
+    int s = m_front.root();
+    int i = 0;
+    while (i < len && !isSeparator(s)) {
+        const int t = m_front.next(s, key[i]);
+        if (t == 0) break;
+        s = t;
+        ++i;
+    }
+    if (isSeparator(s)) return splitSeparator(s, key + i, len - i, value);
+    if (i == len) return m_front.add(key, len, value);
+    return addSeparator(s, key[i], key + i + 1, len - i - 1, value);
+}
+
+// Hangs a new separator under `state` on `code`, its entry pointing at the
+// rear state of `tail`.
+int DoubleTrie::addSeparator(int& state, unsigned char code, const unsigned char* tail, int len,
+                             int value) {
+    const int e = getNewSepState();
+    const int rear = m_rear.addPartialRev(tail, len);
+    m_table[e] = Entry{rear, value};
+    addUser(rear, e);
+    return m_front.addNewChar(state, code, -e);
+}
+
+// The key reached separator `state` with `tail` left over. Equal tails
+// overwrite; otherwise the common part of the two tails moves into the
+// front trie and each key continues from where they differ.
+int DoubleTrie::splitSeparator(int state, const unsigned char* tail, int len, int value) {
+    const int e = separatorEntry(state);
+    if (e == 0) return 0;  // damaged table: leave it alone
+    const Entry old = m_table[e];
+    std::string oldTail;
+    readTail(old.rear, oldTail);
+    const auto* oldBytes = reinterpret_cast<const unsigned char*>(oldTail.data());
+    const int oldLen = static_cast<int>(oldTail.size());
+    if (oldLen == len && std::memcmp(oldBytes, tail, static_cast<size_t>(len)) == 0) {
+        m_table[e].value = value;
+        return state;
+    }
+    int k = 0;
+    while (k < len && k < oldLen && tail[k] == oldBytes[k]) ++k;
+
+    unlinkState(state);
+    int cur = state;
+    for (int j = 0; j < k; ++j) cur = m_front.addNewChar(cur, tail[j], -1);
+
+    removeUser(old.rear, e);
+    if (k == oldLen) {
+        m_table[e] = Entry{0, 0};
+        m_freeEntries.push_back(e);
+        m_front.addNewChar(cur, DoubleArrayTrie::kCodeEnd, old.value);
+    } else {
+        const int rear = rearAncestor(old.rear, k + 1);
+        m_table[e].rear = rear;
+        addUser(rear, e);
+        m_front.addNewChar(cur, oldBytes[k], -e);
+    }
+    if (k == len) return m_front.addNewChar(cur, DoubleArrayTrie::kCodeEnd, value);
+    return addSeparator(cur, tail[k], tail + k + 1, len - k - 1, value);
+}
+
+const char* DoubleTrie::stats() { return ""; }
+
+bool DoubleTrie::isConsistent() { return true; }
+
+void DoubleTrie::listAllEntries() {
+    if (m_front.length() <= m_front.root()) return;
+    std::string path;
+    listFrom(path, m_front.root(), false);
+}
+
+void DoubleTrie::listAllEntriesUtf8() {
+    if (m_front.length() <= m_front.root()) return;
+    std::string path;
+    listFrom(path, m_front.root(), true);
+}
+
+void DoubleTrie::printKey(const std::string& key, bool utf8) const {
+    if (utf8)
+        DoubleArrayTrie::putUtf16Line(key.data(), static_cast<int>(key.size()));
+    else
+        std::puts(key.c_str());
+}
+
+void DoubleTrie::listFrom(std::string& path, int state, bool utf8) {
+    if (isSeparator(state)) {
+        const int e = separatorEntry(state);
+        if (e == 0) return;
+        std::string tail;
+        readTail(m_table[e].rear, tail);
+        printKey(path + tail, utf8);
+        return;
+    }
+    if (m_front.next(state, DoubleArrayTrie::kCodeEnd) != 0) printKey(path, utf8);
+    if (static_cast<int>(path.size()) >= kMaxKeyListed) return;
+    for (int code = 0; code < 256; ++code) {
+        const int t = m_front.next(state, code);
+        if (t == 0) continue;
+        path.push_back(static_cast<char>(code));
+        listFrom(path, t, utf8);
+        path.pop_back();
+    }
+}
+
+}  // namespace ws

@@ -1,0 +1,131 @@
+#ifndef ZEG_WS_DICT_WSDOUBLETRIE_H
+#define ZEG_WS_DICT_WSDOUBLETRIE_H
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "ws/dict/wsDADLTrie.h"
+
+namespace ws {
+
+// The key store of every dictionary file: a two-trie.
+//
+// The front trie holds the prefixes that keys share. Where a key's path
+// becomes unique, the byte that makes it so leads to a separator state
+// whose base is -e (e >= 2), the number of an entry (rear state, value) in
+// the separator table. The key's remaining bytes, its tail, hang in the
+// rear trie, inserted last byte first: climbing from the entry's rear state
+// to the rear root reads the tail in forward order, and tails that end
+// alike share their rear states. A key that ends before its path becomes
+// unique has an ordinary end mark in the front trie.
+//
+//   keys "abc" = 1, "abd" = 2, "x" = 3:
+//
+//     front:  root -a-> s1 -b-> s2 -c-> [sep 2]      table: 2: (rear root, 1)
+//                                  -d-> [sep 3]             3: (rear root, 2)
+//                  -x-> [sep 4]                             4: (rear root, 3)
+//
+//   adding "abcde" = 4 splits separator 2: its old tail "" and the new
+//   tail "de" differ at once, so s2 -c-> s3 gets the end mark of "abc"
+//   and s3 -d-> [sep 2] now holds (r, 4) where rear root -e-> r.
+//
+// Building keeps a map from rear states to the entries that point at them,
+// so that entries follow rear states that relocation moves. A loaded trie
+// can be extended: the map and the free entries are rebuilt first.
+//
+// File section (little-endian): magic "DoubleTrie V1.0.0" (32 bytes), N
+// (int32), N entries of (rear state, value), the front trie section, the
+// rear trie section.
+//
+// Not copyable. Thread safety as TrieBase.
+class DoubleTrie : public TrieBase {
+public:
+    struct Entry {
+        int32_t rear;
+        int32_t value;
+    };
+
+    static const int kMagicSize = 32;
+    static const int kHeaderSize = 36;
+    static const int kFirstEntry = 2;
+
+    DoubleTrie();
+    ~DoubleTrie() override;
+    DoubleTrie(const DoubleTrie&) = delete;
+    DoubleTrie& operator=(const DoubleTrie&) = delete;
+
+    using TrieBase::load;
+    using TrieBase::write;
+
+    bool init() override;
+    void clear() override;
+    bool load(std::FILE* fp) override;
+    char* load(char* buffer, unsigned long size) override;
+    bool write(std::FILE* fp) override;
+    const char* dictVersion(std::FILE* fp) override;
+    const char* toolsVersion() const override;
+    const char* get_err() const override { return m_err; }
+    int match(const unsigned char* key, int len) const override;
+    int matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const override;
+    int add(const unsigned char* key, int len, int value) override;
+    const char* stats() override;
+    void listAllEntries() override;
+    void listAllEntriesUtf8() override;
+    bool isConsistent() override;
+
+    // A free separator entry number (reused or appended).
+    int getNewSepState();
+    // Turns separator `state` into an ordinary childless front state and
+    // returns its entry number (still holding its rear state and value).
+    int unlinkState(int state);
+
+    int entryCount() const { return m_count; }
+    const DADLTrie& front() const { return m_front; }
+    const DADLTrie& rear() const { return m_rear; }
+
+private:
+    friend void stateChange(void* trie, int oldState, int newState);
+
+    // The entry of front state `s` when it is a separator with a valid
+    // entry; 0 otherwise.
+    int separatorEntry(int s) const;
+    bool isSeparator(int s) const { return m_front.cells()[s].base < -1; }
+    // The value of `key` when it continues separator entry `e`; 0 otherwise.
+    int tailValue(int e, const unsigned char* tail, int len) const;
+
+    void resetHeader();
+    bool failLoad(const std::string& message);
+    void prepareForAdd();
+    void rebuildBookkeeping();
+    void addUser(int rear, int entry);
+    void removeUser(int rear, int entry);
+    void moveUsers(int oldState, int newState);
+    void readTail(int rear, std::string& tail) const;
+    int rearAncestor(int rear, int steps) const;
+    int addSeparator(int& state, unsigned char code, const unsigned char* tail, int len,
+                     int value);
+    int splitSeparator(int state, const unsigned char* tail, int len, int value);
+    void listFrom(std::string& path, int state, bool utf8);
+    void printKey(const std::string& key, bool utf8) const;
+
+    char m_magic[kMagicSize] = {};
+    int32_t m_count = 0;
+    DADLTrie m_front;
+    DADLTrie m_rear;
+    std::unordered_map<int, std::vector<int>> m_rearUsers;
+    std::vector<int> m_freeEntries;
+    bool m_buildable = false;  // bookkeeping matches the table
+    Entry* m_table = nullptr;
+    std::vector<Entry> m_storage;
+    bool m_owned = false;
+    char m_err[512] = {};
+};
+
+// Relocation callback installed on the rear trie: entries follow the state.
+void stateChange(void* trie, int oldState, int newState);
+
+}  // namespace ws
+
+#endif
