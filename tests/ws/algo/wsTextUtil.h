@@ -13,6 +13,7 @@ inline std::vector<unsigned short> units(const std::u16string& s) {
 }
 
 inline std::string utf8(const unsigned short* text, std::size_t n) {
+    if (n == 0) return "";
     const EncodeConverter::Utf8String bytes =
         EncodeConverter::utf16ToUtf8(EncodeConverter::Utf16String(text, n));
     return std::string(bytes.begin(), bytes.end());
