@@ -199,12 +199,6 @@ TEST_F(NumberRecognizerTest, IndicesThatNameNoBufferAreSkipped) {
     EXPECT_EQ(s.maxMatch(maxMatchOnly, u"ab12", 0), "4/letnum");
 }
 
-TEST_F(NumberRecognizerTest, ListsThePropertiesItProduces) {
-    std::vector<unsigned short> props{1};
-    EXPECT_EQ(rec.getProperty(props), 4);
-    EXPECT_EQ(props, (std::vector<unsigned short>{1, 4, 32, 64, 0x800}));
-}
-
 TEST_F(NumberRecognizerTest, UnitFFFFHasNoClass) {
     ASSERT_EQ(load("english_letter=a\xEF\xBF\xBF" "bend#\n"), 0);
     EXPECT_EQ(recognize(u"a\uFFFFb"), "a/let b/let");
