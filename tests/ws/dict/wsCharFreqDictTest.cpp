@@ -1,0 +1,162 @@
+#include "ws/dict/wsCharFreqDict.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <optional>
+#include <string>
+
+#include "support/AllocationCounter.h"
+#include "support/TempDir.h"
+#include "ws/core/wsLogger.h"
+#include "ws/core/wsWsLogger.h"
+
+using testing::HasSubstr;
+using ws::CharFreqDict;
+
+namespace {
+
+const float kSixth = 1.0f / 6;
+
+class CharFreqDictTest : public ::testing::Test {
+protected:
+    // Loads `text`, returning what was logged.
+    std::string load(const std::string& text, bool expected) {
+        const std::string path = dir.write("charfreq.txt", text);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(dict.loadText(path.c_str()), expected);
+        return testing::internal::GetCapturedStderr();
+    }
+
+    zeg_test::TempDir dir;
+    CharFreqDict dict;
+};
+
+TEST_F(CharFreqDictTest, CountsBecomeShareOfTheTotal) {
+    EXPECT_EQ(load("的\t120\t30\t5\t41\n", true), "");
+    const ws::CharFreqEntry& e = dict[u'的'];
+    EXPECT_EQ(e.character, u'的');
+    EXPECT_EQ(e.aloneCount, 120);
+    EXPECT_EQ(e.inWordCount, 76);
+    EXPECT_FLOAT_EQ(dict.getAloneCharProb(u'的'), 120.0f / 196);
+    EXPECT_FLOAT_EQ(dict.getFirstCharProb(u'的'), 30.0f / 196);
+    EXPECT_FLOAT_EQ(dict.getMiddleCharProb(u'的'), 5.0f / 196);
+    EXPECT_FLOAT_EQ(dict.getFinalCharProb(u'的'), 41.0f / 196);
+    EXPECT_FLOAT_EQ(dict.getCharInWordProb(u'的'), 76.0f / 196);
+    EXPECT_FLOAT_EQ(dict.getFinalCharProb("的确"), 41.0f / 196);
+    EXPECT_TRUE(e.text.empty());
+}
+
+TEST_F(CharFreqDictTest, CharactersWithoutALineGetTheDefaults) {
+    EXPECT_EQ(load("的 1 2 3 4\n", true), "");
+    for (unsigned short c : {u'中', u'\0', u'\uFFFF'}) {
+        EXPECT_EQ(dict.getAloneCharProb(c), 0.5f);
+        EXPECT_EQ(dict.getCharInWordProb(c), 0.5f);
+        EXPECT_EQ(dict.getFirstCharProb(c), kSixth);
+        EXPECT_EQ(dict.getMiddleCharProb(c), kSixth);
+        EXPECT_EQ(dict.getFinalCharProb(c), kSixth);
+        EXPECT_FALSE(dict.charInWord(c));
+    }
+    EXPECT_EQ(dict.getAloneCharProb(""), 0.5f);
+    EXPECT_EQ(dict.getFirstCharProb("\x80"), kSixth);
+    EXPECT_EQ(dict[0xFFFF].character, 0);
+    EXPECT_EQ(dict[0x12345].character, 0);
+}
+
+TEST_F(CharFreqDictTest, ThresholdDecidesCharInWordStrictly) {
+    load("是 1 1 1 2\n", true);  // in-word 0.8 exactly
+    EXPECT_EQ(dict.getThreshold(), 0.8f);
+    EXPECT_FALSE(dict.charInWord(u'是'));
+    dict.setThreshold(0.79f);
+    EXPECT_TRUE(dict.charInWord(u'是'));
+    dict.setThreshold(0.4f);
+    EXPECT_TRUE(dict.charInWord(u'中'));
+}
+
+TEST_F(CharFreqDictTest, ZeroCountsGiveNoNumbers) {
+    load("零 0 0 0 0\n", true);
+    EXPECT_TRUE(std::isnan(dict.getAloneCharProb(u'零')));
+    EXPECT_TRUE(std::isnan(dict.getCharInWordProb(u'零')));
+    dict.setThreshold(-1.0f);
+    EXPECT_FALSE(dict.charInWord(u'零'));
+}
+
+TEST_F(CharFreqDictTest, LaterLinesOverwriteAndBlanksSeparate) {
+    EXPECT_EQ(load("中 1 2 3 4\r\n中  \t 5 0 0 0 extra\r\n", true), "");
+    EXPECT_EQ(dict.getAloneCharProb(u'中'), 1.0f);
+    EXPECT_EQ(dict[u'中'].inWordCount, 0);
+}
+
+TEST_F(CharFreqDictTest, ABadLineFailsTheLoadButKeepsEarlierLines) {
+    const std::string path = dir.file("charfreq.txt");
+    EXPECT_THAT(load("中 1 2 3 4\n国 1 2 3\n大 1 1 1 1\n", false),
+                HasSubstr("wrong format: " + path));
+    EXPECT_EQ(dict.getAloneCharProb(u'中'), 0.1f);
+    EXPECT_EQ(dict[u'大'].character, 0);
+    EXPECT_THAT(load("\n", false), HasSubstr("wrong format"));
+    EXPECT_THAT(load("\x80 1 2 3 4\n", false), HasSubstr("utf8 to utf16 fail: " + path));
+    EXPECT_THAT(load(std::string("\0 1 2 3 4\n", 10), false), HasSubstr("utf8 to utf16 fail"));
+    EXPECT_THAT(load("\xEF\xBF\xBF 1 2 3 4\n", false), HasSubstr("U+FFFF"));
+}
+
+TEST_F(CharFreqDictTest, DamagedFilesNeverReadPastTheTable) {
+    // A line over 1023 bytes is read as two, the second too short.
+    EXPECT_THAT(load("长 1 2 3 " + std::string(1100, '4') + "\n", false),
+                HasSubstr("wrong format"));
+    EXPECT_EQ(dict[u'长'].finalCount, 2147483647);
+    // Numbers that are no numbers read as far as they go.
+    EXPECT_EQ(load("乱 x 9y -3 99999999999\n", true), "");
+    EXPECT_EQ(dict[u'乱'].aloneCount, 0);
+    EXPECT_EQ(dict[u'乱'].firstCount, 9);
+    EXPECT_EQ(dict[u'乱'].middleCount, -3);
+    EXPECT_EQ(dict[u'乱'].finalCount, 2147483647);
+    std::string binary;
+    for (int i = 0; i < 4096; ++i) binary += static_cast<char>(i * 7 % 256);
+    load(binary, false);
+    EXPECT_EQ(load("", true), "");
+}
+
+TEST_F(CharFreqDictTest, UnopenableFilesAreReported) {
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(dict.loadText(dir.file("missing.txt").c_str()));
+    EXPECT_FALSE(dict.loadText(dir.mkdir("folder").c_str()));
+    EXPECT_FALSE(dict.loadText(nullptr));
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(err, HasSubstr("wsCharFreqDict:173"));
+    EXPECT_THAT(err, HasSubstr("cannot open file: " + dir.file("missing.txt")));
+    EXPECT_THAT(err, HasSubstr("cannot open file: " + dir.file("folder")));
+}
+
+TEST_F(CharFreqDictTest, PrintsEachKnownCharacterAtInfoLevel) {
+    load("的 120 30 5 41\nA 1 0 0 1\n", true);
+    ws::WsLogger* log = ws::WsLogger::getWsLogger();
+    log->init("ws", "", ws::Logger::LEVEL_INFO, ws::Logger::LEVEL_INFO);
+    testing::internal::CaptureStderr();
+    dict.print();
+    const std::string out = testing::internal::GetCapturedStderr();
+    log->init("", "", ws::Logger::LEVEL_ERROR, ws::Logger::LEVEL_ERROR);
+    EXPECT_THAT(out, HasSubstr("A\t1\t1\t0.500000\t0.500000\n"));
+    EXPECT_THAT(out, HasSubstr("的\t120\t76\t0.612245\t0.387755\n"));
+    EXPECT_LT(out.find("A\t"), out.find("的\t"));
+}
+
+TEST(CharFreqDictMemory, WithoutATableLookupsGiveDefaultsAndLoadsFail) {
+    zeg_test::TempDir dir;
+    const std::string path = dir.write("charfreq.txt", "的 1 2 3 4\n");
+    std::optional<CharFreqDict> dict;
+    testing::internal::CaptureStderr();
+    {
+        zeg_test::FailingAllocations failing;
+        dict.emplace();
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr("wsCharFreqDict:34: Out of Memory"));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(dict->loadText(path.c_str()));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("Out of Memory"));
+    EXPECT_EQ(dict->getAloneCharProb(u'的'), 0.5f);
+    EXPECT_EQ((*dict)[u'的'].character, 0);
+}
+
+}  // namespace

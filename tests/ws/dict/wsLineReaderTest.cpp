@@ -1,0 +1,54 @@
+#include "ws/dict/wsLineReader.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "support/TempDir.h"
+
+using ws::LineReader;
+
+namespace {
+
+std::vector<std::string> pieces(LineReader& reader) {
+    std::vector<std::string> out;
+    std::string piece;
+    while (reader.next(piece)) out.push_back(piece);
+    EXPECT_FALSE(reader.failed());
+    return out;
+}
+
+TEST(LineReader, ReadsPiecesAsFgetsWouldButKeepsNulBytes) {
+    zeg_test::TempDir dir;
+    LineReader reader(5);
+    const std::string text("ab\r\n\nabcdefghij\n\0x\nend", 22);
+    ASSERT_TRUE(reader.open(dir.write("a.txt", text).c_str()));
+    EXPECT_EQ(pieces(reader), (std::vector<std::string>{"ab\r\n", "\n", "abcd", "efgh", "ij\n",
+                                                        std::string("\0x\n", 3), "end"}));
+    std::string piece = "kept?";
+    EXPECT_FALSE(reader.next(piece));
+    EXPECT_EQ(piece, "");
+}
+
+TEST(LineReader, OpensRegularFilesOnly) {
+    zeg_test::TempDir dir;
+    LineReader reader(1024);
+    EXPECT_FALSE(reader.open(dir.file("missing").c_str()));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(reader.open(dir.mkdir("folder").c_str()));
+    EXPECT_EQ(errno, EISDIR);
+    EXPECT_FALSE(reader.open("/dev/zero"));
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_FALSE(reader.open(nullptr));
+    std::string piece;
+    EXPECT_FALSE(reader.next(piece));
+
+    ASSERT_TRUE(reader.open(dir.write("a.txt", "x\ny").c_str()));
+    ASSERT_TRUE(reader.next(piece));
+    ASSERT_TRUE(reader.open(dir.write("b.txt", "z").c_str()));
+    EXPECT_EQ(pieces(reader), std::vector<std::string>{"z"});
+}
+
+}  // namespace

@@ -1,0 +1,46 @@
+#ifndef ZEG_WS_DICT_WSLINEREADER_H
+#define ZEG_WS_DICT_WSLINEREADER_H
+
+#include <cstddef>
+#include <cstdio>
+#include <string>
+
+namespace ws {
+
+// Reads a text file in the pieces the segmenter's text loaders expect: what
+// fgets with a buffer of `bufferSize` bytes would return, that is at most
+// bufferSize - 1 bytes ending at the first line feed, so a longer line comes
+// in several pieces. Unlike fgets, a NUL byte does not cut a piece short.
+// Only regular files are opened: a directory would read as an empty file and
+// a device or pipe might never end. Owns its FILE*; not copyable.
+// Thread safety: one object per thread.
+class LineReader {
+public:
+    // REQUIRES: bufferSize >= 2.
+    explicit LineReader(std::size_t bufferSize);
+    ~LineReader();
+    LineReader(const LineReader&) = delete;
+    LineReader& operator=(const LineReader&) = delete;
+
+    // Opens `path` for reading, closing any file opened before. False, with
+    // errno set (EISDIR or EINVAL for what is not a regular file), when it
+    // cannot be opened.
+    bool open(const char* path);
+
+    // Replaces `piece` with the next piece, its line feed included. False at
+    // the end of the file or on a read error (then failed() is true).
+    bool next(std::string& piece);
+
+    // True when a read error, not the end of the file, stopped reading.
+    bool failed() const;
+
+private:
+    void close();
+
+    std::FILE* m_file = nullptr;
+    std::size_t m_maxBytes;
+};
+
+}  // namespace ws
+
+#endif
