@@ -47,7 +47,7 @@ int BaseDict::findValue(float value) const {
 
 int BaseDict::appendValue(float value) {
     const uint32_t index = static_cast<uint32_t>(header().used);
-    if (index >= header().dataMax) growArea(header().dataMax + kAreaStep);
+    growArea(index >= header().dataMax ? header().dataMax + kAreaStep : header().dataMax);
     std::memcpy(writableArea() + static_cast<size_t>(index) * kEntryBytes, &value, sizeof value);
     header().used += 1;
     return static_cast<int>(index);

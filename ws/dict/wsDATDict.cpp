@@ -175,6 +175,7 @@ int DATDict::writeDict(std::FILE* fp) {
 
 void DATDict::growArea(uint32_t dataMax) {
     const size_t newSize = static_cast<size_t>(areaBytes(dataMax));
+    if (m_owned && newSize == m_storage.size()) return;
     if (m_owned) {
         m_storage.resize(newSize, '\0');
     } else {
@@ -203,7 +204,7 @@ int DATDict::_add(const char* key, unsigned byteLen, float* weight, unsigned cha
     if (end >= dataMax) dataMax += kAreaStep;
     if (end > dataMax) return WS_ERR_TEXT;
     if (dataMax > static_cast<uint64_t>(INT32_MAX)) return WS_ERR_MEMORY;
-    if (dataMax != m_header.dataMax) growArea(static_cast<uint32_t>(dataMax));
+    growArea(static_cast<uint32_t>(dataMax));  // also takes a borrowed area over
     m_trie->add(bytes(key), static_cast<int>(byteLen), static_cast<int>(id));
     char* record = writableArea() + id;
     std::memcpy(record, weight, 4);

@@ -159,7 +159,8 @@ protected:
     // Bytes of the area for `dataMax` (entries of 4 bytes for BaseDict).
     virtual uint64_t areaBytes(uint64_t dataMax) const { return dataMax; }
 
-    // Makes the area hold `dataMax` units, owned, keeping its contents.
+    // Makes the area hold `dataMax` units, owned (a borrowed area is
+    // copied), keeping its contents.
     void growArea(uint32_t dataMax);
     char* writableArea() { return m_storage.data(); }
     const char* area() const { return m_area; }

@@ -177,9 +177,11 @@ protected:
         bytes = zeg_test::serializeDict(built);
     }
 
-    void expectSameAnswers(const DATDict& d) {
-        EXPECT_EQ(d.getDataMax(), built.getDataMax());
-        EXPECT_EQ(d.used(), built.used());
+    void expectSameAnswers(const DATDict& d, bool sameSize = true) {
+        if (sameSize) {
+            EXPECT_EQ(d.getDataMax(), built.getDataMax());
+            EXPECT_EQ(d.used(), built.used());
+        }
         EXPECT_EQ(d.getTotalFreq(), 12345.5);
         for (const std::string& w : words) {
             const int id = wordId(built, w);
@@ -233,7 +235,7 @@ TEST_F(DATDictRoundTrip, ADictionaryLoadedFromABufferStillTakesWords) {
     // Enough records to pass the end of the loaded area.
     for (int i = 0; i < 200; ++i) ASSERT_GT(addWord(d, big + std::to_string(i), 1.0f, "xx"), 0);
     EXPECT_TRUE(d.ownsArea());
-    expectSameAnswers(d);
+    expectSameAnswers(d, false);
     EXPECT_EQ(bytes, std::string(buffer.data(), buffer.size()));
 }
 
