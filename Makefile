@@ -7,8 +7,10 @@ JOBS       ?= 2
 
 # Debian packages the build, the tests and the default data need.
 # opencc, libopencc-data: the source of the GBK translation table, which a test regenerates.
+# python3-jieba: the word list of the default dictionaries (build/data/).
+# clang: the dictionary fuzzer (make fuzz).
 PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            opencc libopencc-data
+            opencc libopencc-data python3-jieba clang
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
