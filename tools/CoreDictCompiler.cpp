@@ -110,11 +110,12 @@ bool CoreDictCompiler::reportMalformed(long line, const std::string& reason) {
 
 bool CoreDictCompiler::writeOutputs() {
     AtomicFile output(m_options.output);
+    errno = 0;
     const int rc = m_dict.writeDict(output.tempPath().c_str());
     std::string error;
     if (rc != 0) {
-        fail("cannot write " + m_options.output +
-             (rc == ws::WS_ERR_OPEN_FILE ? ": " + std::string(std::strerror(errno)) : ""));
+        const std::string why = errno != 0 ? std::strerror(errno) : "write error";
+        fail("cannot write " + m_options.output + ": " + why);
         return false;
     }
     if (m_properties.changed() && !m_properties.write(m_options.properties, error)) {
