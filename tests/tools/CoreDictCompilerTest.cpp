@@ -1,12 +1,11 @@
 #include "tools/CoreDictCompiler.h"
 
-#include <dirent.h>
-#include <sys/resource.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <fstream>
 #include <sstream>
 
 #include "support/TempDir.h"
@@ -16,23 +15,6 @@ using zeg_tools::CoreDictCompiler;
 using zeg_tools::CoreDictOptions;
 
 namespace {
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
-
-std::vector<std::string> listDir(const std::string& path) {
-    std::vector<std::string> names;
-    DIR* d = opendir(path.c_str());
-    while (dirent* e = d != nullptr ? readdir(d) : nullptr)
-        if (e->d_name[0] != '.') names.push_back(e->d_name);
-    if (d != nullptr) closedir(d);
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 class CoreDictCompilerTest : public ::testing::Test {
 protected:
@@ -86,7 +68,7 @@ TEST_F(CoreDictCompilerTest, CompilesWeightsPropertiesAndTotals) {
     EXPECT_EQ(entry(d, "的"), "0;1/1 000");
     EXPECT_EQ(entry(d, "北"), "-");
     EXPECT_EQ(d.getTotalFreq(), 126.0);
-    EXPECT_EQ(readFile(options.properties), "1\tns\n2\tnt\n");
+    EXPECT_EQ(zeg_test::TempDir::read(options.properties), "1\tns\n2\tnt\n");
     EXPECT_EQ(messages, "zeg-dict core: " + options.input + ": 4 words\n");
 }
 
@@ -108,16 +90,16 @@ TEST_F(CoreDictCompilerTest, StrictStopsAtTheFirstMalformedLineAndWritesNothing)
     ASSERT_EQ(compile("一 1 n\n二 0\n三\n", true), 1);
     EXPECT_EQ(messages, options.input + ":2: frequency must be positive, got '0'\n"
                         "zeg-dict core: stopped at the first malformed line (--strict)\n");
-    EXPECT_EQ(readFile(old), "old");
-    EXPECT_EQ(listDir(dir.path()), (std::vector<std::string>{"out.dict", "words.txt"}));
+    EXPECT_EQ(zeg_test::TempDir::read(old), "old");
+    EXPECT_EQ(dir.list(), (std::vector<std::string>{"out.dict", "words.txt"}));
 }
 
 TEST_F(CoreDictCompilerTest, ThePropertyTableIsExtendedAcrossRuns) {
     dir.write("props.txt", "1\tv\n");
     ASSERT_EQ(compile("跑 3 v\n书 2 n\n"), 0) << messages;
-    EXPECT_EQ(readFile(options.properties), "1\tv\n2\tn\n");
+    EXPECT_EQ(zeg_test::TempDir::read(options.properties), "1\tv\n2\tn\n");
     ASSERT_EQ(compile("马 3 n\n"), 0) << messages;
-    EXPECT_EQ(readFile(options.properties), "1\tv\n2\tn\n");
+    EXPECT_EQ(zeg_test::TempDir::read(options.properties), "1\tv\n2\tn\n");
     dir.write("props.txt", "1\tv\n1\tn\n");
     EXPECT_EQ(compile("马 3 n\n"), 1);
     EXPECT_EQ(messages, "zeg-dict core: " + options.properties + ":2: property id 1 appears twice\n");
@@ -144,7 +126,7 @@ TEST_F(CoreDictCompilerTest, UnreadableInputOrUnwritableOutputFailInOneLine) {
     err.str("");
     EXPECT_EQ(CoreDictCompiler(options, err).run(), 1);
     EXPECT_EQ(err.str(), "zeg-dict core: cannot write " + options.output + ": Is a directory\n");
-    EXPECT_EQ(listDir(dir.path()), (std::vector<std::string>{"out.dict", "props.txt", "words.txt"}));
+    EXPECT_EQ(dir.list(), (std::vector<std::string>{"out.dict", "props.txt", "words.txt"}));
 }
 
 TEST_F(CoreDictCompilerTest, AWriteThatFailsHalfWayLeavesNoFile) {
@@ -161,7 +143,7 @@ TEST_F(CoreDictCompilerTest, AWriteThatFailsHalfWayLeavesNoFile) {
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(rc, 1);
     EXPECT_EQ(messages, "zeg-dict core: cannot write " + options.output + ": File too large\n");
-    EXPECT_EQ(listDir(dir.path()), (std::vector<std::string>{"words.txt"}));
+    EXPECT_EQ(dir.list(), (std::vector<std::string>{"words.txt"}));
 }
 
 }  // namespace

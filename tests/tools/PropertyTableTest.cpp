@@ -2,21 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "support/TempDir.h"
 
 using zeg_tools::PropertyTable;
 
 namespace {
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 TEST(PropertyTable, ExtendsAnExistingTableAfterItsHighestId) {
     zeg_test::TempDir dir;
@@ -31,7 +21,7 @@ TEST(PropertyTable, ExtendsAnExistingTableAfterItsHighestId) {
     EXPECT_EQ(t.find("ns"), -1);
     EXPECT_TRUE(t.changed());
     ASSERT_TRUE(t.write(path, error)) << error;
-    EXPECT_EQ(readFile(path), "1\tn\n5\tv\n6\tnr\n");
+    EXPECT_EQ(zeg_test::TempDir::read(path), "1\tn\n5\tv\n6\tnr\n");
 }
 
 TEST(PropertyTable, AMissingFileIsAnEmptyTableToWrite) {
