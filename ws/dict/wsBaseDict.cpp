@@ -53,6 +53,10 @@ int BaseDict::appendValue(float value) {
     return static_cast<int>(index);
 }
 
+int BaseDict::add(const char*, unsigned, float*, unsigned char*, unsigned) { return 0; }
+
+int BaseDict::add(unsigned short*, unsigned, float*, unsigned char*, unsigned) { return 0; }
+
 int BaseDict::add(const char* key, unsigned len, float& value) {
     if (isReadOnly()) return 0;
     if (len > INT_MAX) return 0;

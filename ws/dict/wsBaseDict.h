@@ -29,8 +29,14 @@ public:
     // Always 0: entries have no extra bytes.
     int getValue(int id, unsigned char** extra, float& weight) const override;
 
-    // Hides the record adds of DATDict, which do not apply to float
-    // entries. Maps the key (raw bytes, `len` bytes) to `value`: to the first entry
+    // The record adds of DATDict do not apply to float entries: they add
+    // nothing and return 0.
+    int add(const char* utf8, unsigned len, float* weight, unsigned char* extra,
+            unsigned extraLen) override;
+    int add(unsigned short* key, unsigned len, float* weight, unsigned char* extra,
+            unsigned extraLen) override;
+
+    // Maps the key (raw bytes, `len` bytes) to `value`: to the first entry
     // equal to it, or to a new entry appended at index used. A key that
     // already exists with another value is re-pointed. Returns the index,
     // or 0 when read-only.

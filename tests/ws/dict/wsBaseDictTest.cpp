@@ -38,6 +38,11 @@ TEST(BaseDict, EqualValuesShareOneEntry) {
     float w = 0;
     EXPECT_EQ(d.getValue(1, &extra, w), 0);
     EXPECT_EQ(extra, nullptr);
+    // Records with extra bytes have no place among the floats.
+    EXPECT_EQ(d.add("d", 1, &w, nullptr, 0), 0);
+    unsigned short key[] = {0x4e2d};
+    EXPECT_EQ(d.add(key, 1, &w, nullptr, 0), 0);
+    EXPECT_EQ(d.used(), 4);
 }
 
 TEST(BaseDict, TheArrayGrowsByEntries) {
