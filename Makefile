@@ -3,16 +3,21 @@
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+FUZZ_BUILD ?= build-fuzz
 JOBS       ?= 2
+# How long `make fuzz` runs the dictionary fuzzer, in seconds.
+FUZZ_SECONDS ?= 300
 
 # Debian packages the build, the tests and the default data need.
 # opencc, libopencc-data: the source of the GBK translation table, which a test regenerates.
+# python3-jieba: the word list of the default dictionaries (build/data/).
+# clang: the dictionary fuzzer (make fuzz).
 PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            opencc libopencc-data
+            opencc libopencc-data python3-jieba clang
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps configure build test test-plain test-asan demo bench clean
+.PHONY: all deps configure build test test-plain test-asan demo bench fuzz clean
 
 all: build
 
@@ -50,8 +55,23 @@ test: test-plain test-asan
 bench: build
 	@for b in $(BUILD)/bin/bench_*; do echo "== $$b"; $$b; done
 
+# libFuzzer on the dictionary loaders, built with clang (sanitized) in its
+# own folder; the corpus grows in $(FUZZ_BUILD)/corpus, crashes land in
+# $(FUZZ_BUILD)/ (copy them to fuzz/regressions/ once fixed).
+$(FUZZ_BUILD)/CMakeCache.txt: | deps
+	cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_C_COMPILER=clang \
+	  -DCMAKE_CXX_COMPILER=clang++ -DZEG_SANITIZE=ON -DZEG_BUILD_FUZZ=ON -DZEG_BUILD_TESTS=OFF \
+	  -DZEG_BUILD_BENCH=OFF
+
+fuzz: deps $(FUZZ_BUILD)/CMakeCache.txt
+	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzz_dict fuzz_dict_replay
+	mkdir -p $(FUZZ_BUILD)/corpus
+	$(FUZZ_BUILD)/bin/fuzz_dict_replay --mutations 0 --write-seeds $(FUZZ_BUILD)/corpus
+	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 bin/fuzz_dict -max_total_time=$(FUZZ_SECONDS) \
+	  -max_len=200000 corpus ../fuzz/regressions
+
 demo: build
 	@echo "built: $(BUILD)/lib (libraries), $(BUILD)/bin (tools, tests, benchmarks)"
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -5,7 +5,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <algorithm>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <vector>
 
@@ -39,6 +41,21 @@ std::string TempDir::mkdir(const std::string& name) const {
     const std::string full = file(name);
     if (::mkdir(full.c_str(), 0700) != 0) throw std::runtime_error("cannot mkdir " + full);
     return full;
+}
+
+std::vector<std::string> TempDir::list() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string TempDir::read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
 }
 
 }  // namespace zeg_test

@@ -2,6 +2,7 @@
 #define ZEG_TESTS_SUPPORT_TEMPDIR_H
 
 #include <string>
+#include <vector>
 
 namespace zeg_test {
 
@@ -21,6 +22,11 @@ public:
     std::string write(const std::string& name, const std::string& bytes) const;
     // Creates the sub-directory `name`; returns its full path.
     std::string mkdir(const std::string& name) const;
+    // The names in the directory, sorted ("." and ".." left out).
+    std::vector<std::string> list() const;
+
+    // The bytes of the file at `path` ("" when it cannot be read).
+    static std::string read(const std::string& path);
 
 private:
     std::string m_path;

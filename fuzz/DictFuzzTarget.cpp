@@ -1,0 +1,115 @@
+// libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
+// is (in place, from a stream, mapped, in a dictionary set), then looked up.
+// Nothing may crash or read outside the bytes.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "fuzz/DictSeeds.h"
+#include "ws/core/wsWsLogger.h"
+#include "ws/dict/wsBaseDict.h"
+#include "ws/dict/wsDictSet.h"
+
+namespace {
+
+// Keys: the seed words, and the input's last bytes as one more.
+std::vector<std::string> keysFor(const uint8_t* data, size_t size) {
+    std::vector<std::string> keys = zeg_fuzz::seedKeys();
+    const size_t n = size < 40 ? size : 40;
+    keys.emplace_back(reinterpret_cast<const char*>(data + size - n), n);
+    return keys;
+}
+
+void readValue(const ws::WsCoreDict& d, int id) {
+    unsigned char* value = nullptr;
+    float weight = 0;
+    const int n = d.getValue(id, &value, weight);
+    volatile unsigned sum = 0;
+    for (int i = 0; i < n; ++i) sum = sum + value[i];
+    std::vector<int> gran;
+    std::vector<short> props;
+    std::vector<float> weights;
+    std::vector<ws::SemItem> sems;
+    d.getAllInfo(value, gran, props, weights, sems);
+    unsigned char* usr = nullptr;
+    const int u = d.getUsrValue(id, &usr);
+    for (int i = 0; i < u; ++i) sum = sum + usr[i];
+}
+
+void exercise(const ws::WsCoreDict& d, const std::vector<std::string>& keys) {
+    ws::TrieBase::MatchInfo out[32];
+    for (const std::string& k : keys) {
+        const unsigned len = static_cast<unsigned>(k.size());
+        d.match(k.data(), len);
+        const int n = d.matchAll(k.data(), len, out, 32);
+        for (int i = 0; i < n; ++i) readValue(d, out[i].value);
+        readValue(d, d.getWordId(reinterpret_cast<const unsigned short*>(k.data()), len / 2));
+    }
+}
+
+void exerciseBase(const ws::BaseDict& d, const std::vector<std::string>& keys) {
+    for (const std::string& k : keys) {
+        const char* entry = d.match(k.data(), static_cast<unsigned>(k.size()));
+        if (entry != nullptr) ws::DATDict::recordWeight(entry);
+    }
+}
+
+void exerciseSet(const std::string& path, const std::vector<std::string>& keys) {
+    ws::WsDictSet set;
+    if (set.loadDict(path, path, {path, path}) != 0) return;
+    ws::TrieBase::MatchInfo out[32];
+    for (const std::string& k : keys) {
+        const unsigned len = static_cast<unsigned>(k.size());
+        set.match(k.data(), len, 7);
+        const int n = set.matchAll(k.data(), len, out, 32, 7);
+        for (int i = 0; i < n; ++i) {
+            unsigned char* usr = nullptr;
+            set.getUsrValue(out[i].value, &usr);
+        }
+        set.getWordId(reinterpret_cast<const unsigned short*>(k.data()), len / 2, 7);
+    }
+}
+
+// The bytes as a file that can be mapped: an anonymous memory file.
+std::string asFile(const uint8_t* data, size_t size, int& fd) {
+    fd = memfd_create("fuzz-dict", MFD_CLOEXEC);
+    if (fd < 0) return std::string();
+    if (size > 0 && write(fd, data, size) != static_cast<ssize_t>(size)) return std::string();
+    return "/proc/self/fd/" + std::to_string(fd);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    // Failed loads are the norm here; their log lines are noise.
+    static const bool quiet = ws::WsLogger::getWsLogger()->init("fuzz", "", 0, 0);
+    (void)quiet;
+    const std::vector<std::string> keys = keysFor(data, size);
+    // A mapping is page-aligned: so is this copy, and nothing after it.
+    std::vector<uint64_t> aligned(size / 8 + 1);
+    if (size > 0) std::memcpy(aligned.data(), data, size);
+    const char* buffer = reinterpret_cast<const char*>(aligned.data());
+    const unsigned bufferSize = static_cast<unsigned>(size);
+
+    ws::WsCoreDict inPlace;
+    if (inPlace.loadDict(buffer, bufferSize) == 0) exercise(inPlace, keys);
+    ws::BaseDict base;
+    if (base.loadDict(buffer, bufferSize) == 0) exerciseBase(base, keys);
+
+    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+        ws::WsCoreDict fromStream;
+        if (size > 0 && fromStream.loadDict(f) == 0) exercise(fromStream, keys);
+        std::fclose(f);
+    }
+
+    int fd = -1;
+    const std::string path = asFile(data, size, fd);
+    if (!path.empty()) exerciseSet(path, keys);
+    if (fd >= 0) close(fd);
+    return 0;
+}

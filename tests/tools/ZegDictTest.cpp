@@ -1,0 +1,65 @@
+#include "tools/ZegDict.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "support/TempDir.h"
+
+namespace {
+
+struct Outcome {
+    int code;
+    std::string out, err;
+};
+
+Outcome run(const std::vector<std::string>& args) {
+    std::ostringstream out, err;
+    const int code = zeg_tools::ZegDict(out, err).run(args);
+    return {code, out.str(), err.str()};
+}
+
+TEST(ZegDict, HelpListsSubCommandsAndTheirOptions) {
+    const Outcome top = run({"--help"});
+    EXPECT_EQ(top.code, 0);
+    EXPECT_NE(top.out.find("core  compile a word list"), std::string::npos) << top.out;
+    const Outcome core = run({"core", "--help"});
+    EXPECT_EQ(core.code, 0);
+    EXPECT_EQ(core.out.rfind("usage: zeg-dict core --input WORDS --output DICT", 0), 0u);
+}
+
+TEST(ZegDict, UsageErrorsAreOneLineAndExitTwo) {
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{}, "zeg-dict: missing sub-command (see zeg-dict --help)\n"},
+        {{"link"}, "zeg-dict: unknown sub-command 'link' (see zeg-dict --help)\n"},
+        {{"core", "--input", "a", "--output"},
+         "zeg-dict: option --output needs a value (see zeg-dict core --help)\n"},
+        {{"core", "--inptu", "a"},
+         "zeg-dict: unknown option '--inptu' (see zeg-dict core --help)\n"},
+        {{"core", "words.txt"},
+         "zeg-dict: unexpected argument 'words.txt' (see zeg-dict core --help)\n"},
+        {{"core", "--input=a", "--output", "b"},
+         "zeg-dict: core: missing --properties (see zeg-dict core --help)\n"},
+        {{"core", "--strict=yes"},
+         "zeg-dict: unknown option '--strict=yes' (see zeg-dict core --help)\n"},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.first);
+        EXPECT_EQ(r.code, 2);
+        EXPECT_EQ(r.err, c.second);
+        EXPECT_EQ(r.out, "");
+    }
+}
+
+TEST(ZegDict, CoreRunsTheCompiler) {
+    zeg_test::TempDir dir;
+    const std::string words = dir.write("w.txt", "一 2 m\n");
+    const Outcome ok = run({"core", "--input=" + words, "--output", dir.file("d"), "--properties",
+                        dir.file("p"), "--strict"});
+    EXPECT_EQ(ok.code, 0) << ok.err;
+    const Outcome bad = run({"core", "--input", dir.file("none"), "--output", dir.file("d"),
+                         "--properties", dir.file("p")});
+    EXPECT_EQ(bad.code, 1);
+}
+
+}  // namespace

@@ -1,0 +1,246 @@
+// The segmenter from a configuration file to words, over small dictionaries
+// compiled here.
+#include "ws/core/wsInterface.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "support/AllocationCounter.h"
+#include "support/TempDir.h"
+#include "tools/CoreDictCompiler.h"
+#include "ws/core/wsEncodeConverter.h"
+
+using ws::WsSegmenter;
+
+namespace {
+
+const char kRules[] =
+    "english_letter=abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZend#\n"
+    "number_mid=.end#\n"
+    "english_number=0123456789end#\n"
+    "number_end=%end#\n"
+    "chinese_numble=一二三四五六七八九十百千万零两end#\n"
+    "chinese_mid1=分end#\n"
+    "chinese_mid2=之end#\n";
+
+const char kSpaces[] = "spacelist= end#\ndelimiterlist=。，end#\n";
+
+class WsSegmenterTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string many;  // 一, 一一, ... up to 40 characters: more than 32 matches
+        std::string run;
+        for (int i = 0; i < 40; ++i) {
+            run += "一";
+            many += run + " 1\n";
+        }
+        compile("base", "北京 100 ns\n北京大学 50 nt\n大学 80 n\n学生 60 n\n清华大学 40 nt\n"
+                        "中华人民共和国 10 ns\nmp3 5 nz\n" + many);
+        compile("alnum", "iphone 3 nz\n");
+        dir.write("rules.txt", kRules);
+        dir.write("space.txt", kSpaces);
+    }
+
+    void compile(const std::string& name, const std::string& words) {
+        zeg_tools::CoreDictOptions options;
+        options.input = dir.write(name + ".txt", words);
+        options.output = dir.file(name + ".dict");
+        options.properties = dir.file("properties.txt");
+        std::ostringstream err;
+        ASSERT_EQ(zeg_tools::CoreDictCompiler(options, err).run(), 0) << err.str();
+    }
+
+    std::string config(const std::string& extra = "") {
+        return dir.write("seg.conf",
+                         "BASE_DICTIONARY = " + dir.file("base.dict") + "\n" +
+                             "ALNUM_DICTIONARY = " + dir.file("alnum.dict") + "\n" +
+                             "PROPERTY_DICT_FILE = " + dir.file("properties.txt") + "\n" +
+                             "NUMERIC_RULE_FILE = " + dir.file("rules.txt") + "\n" +
+                             "SPACE_DEFINE_FILE = " + dir.file("space.txt") + "\n" +
+                             "SEGMENT_ALGORITHM = MAX_MATCH\nOUT_TYPE = 0\n" + extra);
+    }
+
+    // The text output of `utf8`.
+    std::string text(const std::string& utf8) {
+        const char* out = seg.segment(utf8.data(), static_cast<unsigned>(utf8.size()), 0);
+        return out != nullptr ? out : "(null)";
+    }
+
+    // init on a configuration; returns what the segmenter logged.
+    std::string initLog(const std::string& extra) {
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(seg.init(config(extra).c_str()));
+        return testing::internal::GetCapturedStderr();
+    }
+
+    zeg_test::TempDir dir;
+    WsSegmenter seg;
+};
+
+TEST_F(WsSegmenterTest, TakesTheLongestDictionaryWord) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    EXPECT_EQ(text("北京大学生"), "北京大学 生 ");
+    EXPECT_EQ(text("清华大学学生"), "清华大学 学生 ");
+    EXPECT_EQ(text("中华人民共和国"), "中华人民共和国 ");
+    EXPECT_EQ(text(""), "");
+}
+
+TEST_F(WsSegmenterTest, DictionaryWordBeatsALongerNumericRun) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    EXPECT_EQ(text("mp3x"), "mp3 x ");
+    // The alnum dictionary takes no part in maximum matching.
+    EXPECT_EQ(text("iphone7"), "iphone7 ");
+}
+
+TEST_F(WsSegmenterTest, NumericRunsWhereNoWordStarts) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    EXPECT_EQ(text("3.5%学生"), "3.5% 学生 ");
+    EXPECT_EQ(text("abc北京"), "abc 北京 ");
+    EXPECT_EQ(text("a1b2"), "a1b2 ");
+    std::vector<ws::WORD_UTF8_T> words;
+    const std::string s = "3.5%abc";
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), words));
+    ASSERT_EQ(words.size(), 2u);
+    EXPECT_EQ(words[0].prop, ws::WS_PROPERTY_NUM);
+    EXPECT_EQ(words[1].prop, ws::WS_PROPERTY_LET);
+    EXPECT_EQ(words[0].wordId, -1);
+}
+
+TEST_F(WsSegmenterTest, OnlyTheLongestOfThe32FirstMatchesCounts) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    std::string forty;
+    for (int i = 0; i < 40; ++i) forty += "一";
+    std::vector<ws::WORD_UTF8_T> words;
+    ASSERT_TRUE(seg.segment(forty.data(), static_cast<unsigned>(forty.size()), words));
+    ASSERT_EQ(words.size(), 2u);
+    EXPECT_EQ(words[0].wordLen, 32u * 3);
+    EXPECT_EQ(words[1].wordLen, 8u * 3);
+}
+
+TEST_F(WsSegmenterTest, Utf8ResultsPointIntoOneBufferInTextOrder) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    const std::string s = "北京大学生mp3";
+    std::vector<std::vector<ws::WORD_UTF8_T> > results;
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    ASSERT_EQ(results.size(), 1u);
+    const auto& words = results.back();
+    ASSERT_EQ(words.size(), 3u);
+    std::string joined;
+    for (size_t i = 0; i < words.size(); ++i) {
+        joined.append(words[i].word, words[i].wordLen);
+        EXPECT_EQ(words[i].orgWord, nullptr);
+    }
+    for (size_t i = 1; i < words.size(); ++i)
+        EXPECT_EQ(words[i].word, words[i - 1].word + words[i - 1].wordLen);
+    EXPECT_EQ(joined, s);
+    EXPECT_EQ(words[0].wordId, seg.getWordId("北京大学", 12));
+    EXPECT_GE(words[0].wordId, 0);
+    EXPECT_EQ(seg.getWordId("北大", 6), -1);
+}
+
+TEST_F(WsSegmenterTest, Utf16ResultsPointIntoTheCallersText) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    const auto text16 = EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(
+        reinterpret_cast<const unsigned char*>("学生北京"), 12));
+    std::vector<ws::WORD_T> words;
+    ASSERT_TRUE(seg.segment(text16.data(), static_cast<unsigned>(text16.size()), words));
+    ASSERT_EQ(words.size(), 2u);
+    EXPECT_EQ(words[0].word, text16.data());
+    EXPECT_EQ(words[1].word, text16.data() + 2);
+    EXPECT_EQ(words[1].orgWord, text16.data() + 2);
+    EXPECT_EQ(words[1].wordLen, 2u);
+}
+
+TEST_F(WsSegmenterTest, LongTextIsSegmentedChunkByChunk) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    std::string longText;
+    while (longText.size() < 3 * 9000) longText += "北京大学生。";  // 6 units a round
+    std::vector<ws::WORD_UTF8_T> words;
+    ASSERT_TRUE(seg.segment(longText.data(), static_cast<unsigned>(longText.size()), words));
+    std::string joined;
+    for (const auto& w : words) joined.append(w.word, w.wordLen);
+    EXPECT_EQ(joined, longText);
+    EXPECT_EQ(words.size(), longText.size() / 18 * 3);
+
+    // Without delimiters a chunk ends at the chunk size, even inside a word:
+    // 北 is the last unit of the first chunk, 京 starts the second.
+    std::string straddle;
+    for (int i = 0; i < 4095; ++i) straddle += "生";
+    straddle += "北京生";
+    ASSERT_TRUE(seg.segment(straddle.data(), static_cast<unsigned>(straddle.size()), words));
+    ASSERT_EQ(words.size(), 4098u);
+    EXPECT_EQ(std::string(words[4095].word, words[4095].wordLen), "北");
+    EXPECT_EQ(std::string(words[4096].word, words[4096].wordLen), "京");
+    const std::string shorter = straddle.substr(3);  // 4097 units: one chunk
+    ASSERT_TRUE(seg.segment(shorter.data(), static_cast<unsigned>(shorter.size()), words));
+    EXPECT_EQ(std::string(words[4094].word, words[4094].wordLen), "北京");
+}
+
+TEST_F(WsSegmenterTest, PropertyTableNamesTheTypes) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    const short ns = seg.getTypeId("ns");
+    EXPECT_GT(ns, 0);
+    EXPECT_STREQ(seg.getTypeName(ns), "ns");
+    EXPECT_EQ(seg.getTypeId("nothing"), -1);
+    EXPECT_EQ(seg.getTypeName(999), nullptr);
+    const std::string s = "北京";
+    const char* out = seg.segment(s.data(), 6, 1);
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(std::string(out), "北京[|/ns@100.0 |] ");
+}
+
+TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
+    EXPECT_NE(initLog("SEGMENT_ALGORITHM = BEST\n").find(
+                  "Please specify the segment algorithm in config file"),
+              std::string::npos);
+    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\n").find("UNIGRAM"), std::string::npos);
+    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("ENABLE_POS_TAGGER"), std::string::npos);
+    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 2\n").find("ENABLE_POS_TAGGER is error"),
+              std::string::npos);
+    EXPECT_NE(initLog("ENABLE_PLUG_IN = true\n").find("ENABLE_PLUG_IN"), std::string::npos);
+    EXPECT_NE(initLog("BASE_DICTIONARY = " + dir.file("none.dict") + "\n").find("load dicts fail!"),
+              std::string::npos);
+    EXPECT_NE(initLog("NUMERIC_RULE_FILE = " + dir.file("none.txt") + "\n")
+                  .find("load number-rule-file : " + dir.file("none.txt") + " fail!"),
+              std::string::npos);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(seg.init(dir.file("absent.conf").c_str()));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("load config file : " +
+                                                          dir.file("absent.conf") + " fail!"),
+              std::string::npos);
+    std::vector<ws::WORD_UTF8_T> words;
+    EXPECT_FALSE(seg.segment("北京", 6, words));
+    EXPECT_EQ(seg.segment("北京", 6, 0), nullptr);
+}
+
+TEST_F(WsSegmenterTest, SwitchedOffStagesDoNotStopInit) {
+    ASSERT_TRUE(seg.init(config("ENABLE_REMOVE_SPACE = false\nENABLE_POS_TAGGER = 0\n"
+                                "ENABLE_CORRECT_PHRASE = false\nENABLE_PLUG_IN = false\n").c_str()));
+    EXPECT_EQ(text("学生"), "学生 ");
+}
+
+TEST_F(WsSegmenterTest, WarmSegmenterAllocatesNothingInItsCore) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    const std::string s = "北京大学生在清华大学学习mp3 3.5%";
+    std::vector<std::vector<ws::WORD_UTF8_T> > results;
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    const std::string shorter = "清华大学学生";
+    const size_t before = zeg_test::allocationCount();
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    ASSERT_TRUE(seg.segment(shorter.data(), static_cast<unsigned>(shorter.size()), results));
+    EXPECT_EQ(zeg_test::allocationCount(), before);
+}
+
+TEST(WsSegmenterFacade, VersionAndUninitialisedUse) {
+    EXPECT_EQ(ws::wsVersion(), 0x2000000);
+    WsSegmenter seg;
+    std::vector<ws::WORD_UTF8_T> words;
+    EXPECT_FALSE(seg.segment("a", 1, words));
+    EXPECT_EQ(seg.getWordId("a", 1), -1);
+    EXPECT_EQ(seg.getTypeName(1), nullptr);
+    unsigned short out[4];
+    EXPECT_EQ(seg.utf8ToUtf16("ab", 2, out, 4), 2);
+}
+
+}  // namespace

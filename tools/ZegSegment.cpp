@@ -1,0 +1,68 @@
+// zeg-segment: segments UTF-8 lines from standard input with a segmenter
+// configuration and prints the text output, one line per input line.
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <string>
+
+#include "ws/core/wsInterface.h"
+
+namespace {
+
+const char kUsage[] =
+    "usage: zeg-segment --config SEGMENTER.conf [--weights]\n"
+    "Reads UTF-8 lines from standard input and prints each segmented, words\n"
+    "followed by a blank. --weights prints each word's types and weights.\n";
+
+struct Options {
+    const char* config = nullptr;
+    bool weights = false;
+};
+
+// 0: run; 1: help shown; 2: bad arguments (message printed).
+int parseArguments(int argc, char** argv, Options& options) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
+            std::fputs(kUsage, stdout);
+            return 1;
+        }
+        if (std::strcmp(argv[i], "--weights") == 0) {
+            options.weights = true;
+        } else if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
+            options.config = argv[++i];
+        } else {
+            std::fprintf(stderr, "zeg-segment: unexpected argument '%s' (try --help)\n", argv[i]);
+            return 2;
+        }
+    }
+    if (options.config == nullptr) {
+        std::fprintf(stderr, "zeg-segment: --config SEGMENTER.conf is required (try --help)\n");
+        return 2;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    const int parsed = parseArguments(argc, argv, options);
+    if (parsed != 0) return parsed == 1 ? 0 : 2;
+
+    ws::WsSegmenter segmenter;
+    if (!segmenter.init(options.config)) {
+        std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
+                     options.config);
+        return 1;
+    }
+    std::ios::sync_with_stdio(false);
+    std::string line;
+    while (std::getline(std::cin, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        const char* out = segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
+                                            options.weights ? 1 : 0);
+        if (out != nullptr) std::fwrite(out, 1, std::strlen(out), stdout);
+        std::fputc('\n', stdout);
+    }
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}

@@ -1,0 +1,55 @@
+#include "ws/core/wsPropertyDict.h"
+
+#include <cstdlib>
+#include <fstream>
+
+namespace ws {
+
+namespace {
+
+const long kMaxId = 32767;
+
+// "id TAB name" (a trailing CR dropped) into id and name; false otherwise.
+bool parseLine(std::string line, long& id, std::string& name) {
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    const size_t tab = line.find('\t');
+    if (tab == std::string::npos || tab == 0 || tab + 1 == line.size()) return false;
+    char* end = nullptr;
+    id = std::strtol(line.c_str(), &end, 10);
+    if (end != line.c_str() + tab || id < 1 || id > kMaxId) return false;
+    name = line.substr(tab + 1);
+    return true;
+}
+
+}  // namespace
+
+bool PropertyDict::load(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    std::vector<std::string> names;
+    std::unordered_map<std::string, short> ids;
+    std::string line, name;
+    long id = 0;
+    while (std::getline(in, line)) {
+        if (!parseLine(line, id, name)) continue;
+        if (names.size() <= static_cast<size_t>(id)) names.resize(static_cast<size_t>(id) + 1);
+        names[static_cast<size_t>(id)] = name;
+        ids.emplace(name, static_cast<short>(id));
+    }
+    m_names.swap(names);
+    m_ids.swap(ids);
+    return true;
+}
+
+const char* PropertyDict::getName(short id) const {
+    if (id < 1 || static_cast<size_t>(id) >= m_names.size() || m_names[id].empty()) return nullptr;
+    return m_names[static_cast<size_t>(id)].c_str();
+}
+
+short PropertyDict::getId(const char* name) const {
+    if (name == nullptr) return -1;
+    auto it = m_ids.find(name);
+    return it == m_ids.end() ? -1 : it->second;
+}
+
+}  // namespace ws

@@ -1,0 +1,244 @@
+#include "ws/dict/wsDictSet.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "ws/core/wsWsLogger.h"
+
+namespace ws {
+
+namespace {
+
+// Below every weight a user word is chosen with.
+const float kUserThreshold = -0.5f;
+
+// Loads `path` into a new dictionary of type D; null with `code` set on
+// failure.
+template <typename D>
+std::unique_ptr<D> loadOne(const std::string& path, int& code) {
+    std::unique_ptr<D> dict(new D());
+    code = dict->loadDict(path.c_str());
+    if (code != 0) dict.reset();
+    return dict;
+}
+
+}  // namespace
+
+WsDictSet::WsDictSet() = default;
+
+WsDictSet::~WsDictSet() { clearData(); }
+
+int WsDictSet::loadDict(const std::string& basePath, const std::string& alnumPath,
+                        const std::vector<std::string>& userPaths) {
+    clearData();
+    int code = 0;
+    const std::string* failed = &basePath;
+    m_base = loadOne<WsSegmentDict>(basePath, code);
+    if (code == 0) {
+        failed = &alnumPath;
+        m_alnum = loadOne<WsAlnumDict>(alnumPath, code);
+    }
+    for (size_t i = 0; code == 0 && i < userPaths.size(); ++i) {
+        failed = &userPaths[i];
+        std::unique_ptr<WsCoreDict> user = loadOne<WsCoreDict>(userPaths[i], code);
+        if (code == 0) m_users.push_back(std::move(user));
+    }
+    // Global ids are ints: the areas together must stay below INT_MAX.
+    if (code == 0 && !buildOffsets()) code = WS_ERR_TEXT;
+    if (code != 0) {
+        clearData();
+        WsLogger::getWsLogger()->printErr(failed->c_str(), code, "wsDictSet", 58,
+                                          "Load Dict Failed");
+        return code;
+    }
+    m_totalFreq = 0.0;
+    for (size_t k = 0; dictAt(k) != nullptr; ++k) m_totalFreq += dictAt(k)->getTotalFreq();
+    m_loaded = true;
+    return 0;
+}
+
+bool WsDictSet::buildOffsets() {
+    m_offsets.assign(1, 0);
+    int64_t sum = 0;
+    for (size_t k = 0; dictAt(k) != nullptr; ++k) {
+        sum += dictAt(k)->getDataMax();
+        if (sum > INT_MAX) return false;
+        m_offsets.push_back(static_cast<int>(sum));
+    }
+    return true;
+}
+
+void WsDictSet::clearData() {
+    m_loaded = false;
+    if (m_base) m_base->clearData();
+    if (m_alnum) m_alnum->clearData();
+    for (auto& user : m_users) user->clearData();
+    m_base.reset();
+    m_alnum.reset();
+    m_users.clear();
+    m_offsets.clear();
+    m_totalFreq = 0.0;
+}
+
+WsCoreDict* WsDictSet::dictAt(size_t k) const {
+    if (k == 0) return m_base.get();
+    if (k == 1) return m_alnum.get();
+    return k - 2 < m_users.size() ? m_users[k - 2].get() : nullptr;
+}
+
+WsCoreDict* WsDictSet::whichDict(int id, int& localId) const {
+    if (id < 0 || m_offsets.empty()) return nullptr;
+    const auto it = std::upper_bound(m_offsets.begin(), m_offsets.end(), id);
+    if (it == m_offsets.end()) return nullptr;
+    const size_t k = static_cast<size_t>(it - m_offsets.begin()) - 1;
+    localId = id - m_offsets[k];
+    return dictAt(k);
+}
+
+int WsDictSet::getValue(int id, unsigned char** value, float& weight) const {
+    int local = 0;
+    const WsCoreDict* dict = whichDict(id, local);
+    if (dict == nullptr) {
+        if (value != nullptr) *value = nullptr;
+        return 0;
+    }
+    return dict->getValue(local, value, weight);
+}
+
+int WsDictSet::getUsrValue(int id, unsigned char** usr) const {
+    int local = 0;
+    const WsCoreDict* dict = whichDict(id, local);
+    if (dict == nullptr) {
+        if (usr != nullptr) *usr = nullptr;
+        return 0;
+    }
+    return dict->getUsrValue(local, usr);
+}
+
+const char* WsDictSet::match(const char* key, unsigned len, unsigned char mask) const {
+    if ((mask & kUser) != 0) {
+        const char* best = nullptr;
+        float bestWeight = kUserThreshold;
+        for (const auto& user : m_users) {
+            const char* record = user->match(key, len);
+            if (record != nullptr && DATDict::recordWeight(record) > bestWeight) {
+                best = record;
+                bestWeight = DATDict::recordWeight(record);
+            }
+        }
+        if (best != nullptr) return best;
+    }
+    const char* record = nullptr;
+    if ((mask & kBase) != 0 && m_base) record = m_base->match(key, len);
+    if (record == nullptr && (mask & kAlnum) != 0 && m_alnum) record = m_alnum->match(key, len);
+    return record;
+}
+
+int WsDictSet::getWordId(const unsigned short* word, unsigned len, unsigned char mask) const {
+    if ((mask & kUser) != 0) {
+        int best = -1;
+        float bestWeight = kUserThreshold;
+        for (size_t i = 0; i < m_users.size(); ++i) {
+            const int local = m_users[i]->getWordId(word, len);
+            const char* record =
+                local > 0 ? (*m_users[i])[static_cast<unsigned>(local)] : nullptr;
+            if (record != nullptr && DATDict::recordWeight(record) > bestWeight) {
+                best = m_offsets[i + 2] + local;
+                bestWeight = DATDict::recordWeight(record);
+            }
+        }
+        if (best >= 0) return best;
+    }
+    int id = -1;
+    if ((mask & kBase) != 0 && m_base) {
+        const int local = m_base->getWordId(word, len);
+        id = local >= 0 ? local : -1;
+    }
+    if (id < 0 && (mask & kAlnum) != 0 && m_alnum) {
+        const int local = m_alnum->getWordId(word, len);
+        id = local >= 0 ? m_offsets[1] + local : -1;
+    }
+    return id;
+}
+
+void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
+                        unsigned max, Matches& out) {
+    out.count = dict.matchAll(key, len, out.info, max);
+    for (int i = 0; i < out.count; ++i) {
+        // matchAll keeps only ids of records inside the area.
+        out.weight[i] = DATDict::recordWeight(dict[static_cast<unsigned>(out.info[i].value)]);
+        out.info[i].value += offset;
+    }
+}
+
+void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, unsigned max,
+                      Matches& out) {
+    int i = 0, j = 0, n = 0;
+    while ((i < list.count || j < next.count) && static_cast<unsigned>(n) < max) {
+        const bool takeList = j >= next.count ||
+                              (i < list.count && list.info[i].pos < next.info[j].pos);
+        const bool takeNext = i >= list.count || next.info[j].pos < list.info[i].pos;
+        if (takeList || takeNext) {
+            const Matches& from = takeList ? list : next;
+            int& at = takeList ? i : j;
+            out.info[n] = from.info[at];
+            out.weight[n++] = from.weight[at++];
+            continue;
+        }
+        const bool listWins = !userRule || list.weight[i] > next.weight[j];
+        out.info[n] = listWins ? list.info[i] : next.info[j];
+        out.weight[n++] = listWins ? list.weight[i] : next.weight[j];
+        ++i;
+        ++j;
+    }
+    out.count = n;
+}
+
+int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
+                        unsigned char mask) const {
+    if (!m_loaded || out == nullptr) return 0;
+    max = std::min(max, kMaxMatches);
+    // Three lists rotate: the merged list so far, one dictionary's matches,
+    // and the merge of the two.
+    TrieBase::MatchInfo info[3][kMaxMatches];
+    float weight[3][kMaxMatches];
+    Matches lists[3] = {{info[0], weight[0], 0}, {info[1], weight[1], 0}, {info[2], weight[2], 0}};
+    Matches* sofar = &lists[0];
+    Matches* fresh = &lists[1];
+    Matches* merged = &lists[2];
+    auto mergeIn = [&](const WsCoreDict& dict, int offset, bool userRule) {
+        collect(dict, offset, key, len, max, *fresh);
+        merge(*sofar, *fresh, userRule, max, *merged);
+        std::swap(sofar, merged);
+    };
+    if ((mask & kUser) != 0) {
+        for (size_t i = 0; i < m_users.size(); ++i) mergeIn(*m_users[i], m_offsets[i + 2], true);
+    }
+    if ((mask & kBase) != 0) mergeIn(*m_base, m_offsets[0], false);
+    if ((mask & kAlnum) != 0) mergeIn(*m_alnum, m_offsets[1], false);
+    std::copy(sofar->info, sofar->info + sofar->count, out);
+    return sofar->count;
+}
+
+int WsDictSet::getProp(const unsigned char* value, std::vector<short>& props) const {
+    return m_base ? m_base->getProp(value, props) : -1;
+}
+
+int WsDictSet::getPropWght(const unsigned char* value, std::vector<short>& props,
+                           std::vector<float>& weights) const {
+    return m_base ? m_base->getPropWght(value, props, weights) : -1;
+}
+
+int WsDictSet::getPropWght(const unsigned char* value, std::vector<WordType>& types) const {
+    return m_base ? m_base->getPropWght(value, types) : -1;
+}
+
+int WsDictSet::getGran(const unsigned char* value, std::vector<int>& gran) const {
+    return m_base ? m_base->getGran(value, gran) : -1;
+}
+
+int WsDictSet::getSemItems(const unsigned char* value, std::vector<SemItem>& sems) const {
+    return m_base ? m_base->getSemItems(value, sems) : -1;
+}
+
+}  // namespace ws

@@ -1,0 +1,117 @@
+#ifndef ZEG_WS_DICT_WSDICTSET_H
+#define ZEG_WS_DICT_WSDICTSET_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ws/dict/wsAlnumDict.h"
+#include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsSegmentDict.h"
+
+namespace ws {
+
+// The word dictionaries the segmenter looks words up in: one base
+// dictionary, one dictionary of letter and digit words, and any number of
+// user dictionaries, all mapped from files.
+//
+// Every word has one global id: its dictionary's offset plus its local id
+// (record offset). Offsets run base, alnum, user 1, user 2, ..., each the
+// sum of the dataMax of the dictionaries before it, with one end entry.
+//
+// Lookups take a mask of dictionary kinds: kBase (1), kAlnum (2), kUser (4).
+// Keys are UTF-16 text as little-endian bytes; `len` counts bytes in match
+// and matchAll, UTF-16 units in getWordId.
+//
+// Not copyable (owns its dictionaries). Thread safety: loadDict and
+// clearData need exclusive use; once loaded, every lookup only reads and
+// may run from several threads at once.
+class WsDictSet {
+public:
+    static constexpr unsigned char kBase = 1;
+    static constexpr unsigned char kAlnum = 2;
+    static constexpr unsigned char kUser = 4;
+    // matchAll works on the stack; it reports at most this many matches.
+    static constexpr unsigned kMaxMatches = 256;
+
+    WsDictSet();
+    ~WsDictSet();
+    WsDictSet(const WsDictSet&) = delete;
+    WsDictSet& operator=(const WsDictSet&) = delete;
+
+    // Loads (maps) the base, alnum and user dictionaries, in that order,
+    // clearing whatever was loaded. 0, or the code of the first dictionary
+    // that fails (the set is then empty and the failure is logged).
+    int loadDict(const std::string& basePath, const std::string& alnumPath,
+                 const std::vector<std::string>& userPaths);
+    void clearData();
+
+    // The dictionary of global `id` and the local id there; null for a
+    // negative id or one at or past the end entry.
+    WsCoreDict* whichDict(int id, int& localId) const;
+
+    // The record of global `id`, as DATDict::getValue; 0 when unknown.
+    int getValue(int id, unsigned char** value, float& weight) const;
+    // The user value of global `id`, as WsCoreDict::getUsrValue.
+    int getUsrValue(int id, unsigned char** usr) const;
+
+    // The record of the key: among user dictionaries the one of greatest
+    // weight (the earlier on a tie), else the base's, else the alnum's; null.
+    const char* match(const char* key, unsigned len, unsigned char mask) const;
+    // Every word of the masked dictionaries that is a prefix of the key,
+    // one per `pos` (rising), global ids as values, at most
+    // min(max, kMaxMatches) of them. On equal `pos`: between user
+    // dictionaries the greater weight wins and the later one on a tie; a
+    // user word wins over a base word, which wins over an alnum word.
+    int matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
+                 unsigned char mask) const;
+    // The global id of the word (`len` UTF-16 units), chosen as in match;
+    // -1 when it is in none of the masked dictionaries.
+    int getWordId(const unsigned short* word, unsigned len, unsigned char mask) const;
+
+    // The readers of WsCoreDict, through the base dictionary; -1 without one.
+    int getProp(const unsigned char* value, std::vector<short>& props) const;
+    int getPropWght(const unsigned char* value, std::vector<short>& props,
+                    std::vector<float>& weights) const;
+    int getPropWght(const unsigned char* value, std::vector<WordType>& types) const;
+    int getGran(const unsigned char* value, std::vector<int>& gran) const;
+    int getSemItems(const unsigned char* value, std::vector<SemItem>& sems) const;
+
+    bool isLoaded() const { return m_loaded; }
+    double getTotalFreq() const { return m_totalFreq; }
+    const std::vector<int>& offsets() const { return m_offsets; }
+    const WsSegmentDict* baseDict() const { return m_base.get(); }
+    const WsAlnumDict* alnumDict() const { return m_alnum.get(); }
+    size_t userDictCount() const { return m_users.size(); }
+
+private:
+    // One dictionary's matches with global ids and their weights.
+    struct Matches {
+        TrieBase::MatchInfo* info;
+        float* weight;
+        int count;
+    };
+
+    bool buildOffsets();
+    // The k-th dictionary in offset order (base, alnum, users).
+    WsCoreDict* dictAt(size_t k) const;
+    // The matches of one dictionary, with global ids and record weights.
+    static void collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
+                        unsigned max, Matches& out);
+    // Merges `list` (the earlier dictionaries) and `next` into `out` by
+    // rising pos, one entry per pos. On equal pos, with `userRule` the
+    // greater weight wins and `next` on a tie; without it `list` wins.
+    static void merge(const Matches& list, const Matches& next, bool userRule, unsigned max,
+                      Matches& out);
+
+    bool m_loaded = false;
+    std::unique_ptr<WsSegmentDict> m_base;
+    std::unique_ptr<WsAlnumDict> m_alnum;
+    std::vector<std::unique_ptr<WsCoreDict>> m_users;
+    std::vector<int> m_offsets;
+    double m_totalFreq = 0.0;
+};
+
+}  // namespace ws
+
+#endif
