@@ -7,8 +7,9 @@ JOBS       ?= 2
 
 # Debian packages the build, the tests and the default data need.
 # opencc, libopencc-data: the source of the GBK translation table, which a test regenerates.
+# openjdk-17-jdk-headless, junit5: the Java class, its JUnit suites and the demo.
 PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            opencc libopencc-data
+            opencc libopencc-data openjdk-17-jdk-headless junit5
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
