@@ -50,9 +50,14 @@ test: test-plain test-asan
 
 bench: build
 	@for b in $(BUILD)/bin/bench_*; do echo "== $$b"; $$b; done
+	@echo "== Normalizer.normalize through JNI"; cmake --build $(BUILD) --target bench_jni
 
+# The sample queries through the Java class, in the usual mode (252).
 demo: build
-	@echo "built: $(BUILD)/lib (libraries), $(BUILD)/bin (tools, tests, benchmarks)"
+	@java -Djava.library.path=$(BUILD)/lib \
+	  -cp $(BUILD)/lib/zeg-normalizer.jar:$(BUILD)/lib/zeg-normalizer-demo.jar \
+	  com.orvane.dw.comm.zeg.demo.NormalizeDemo \
+	  $(BUILD)/data/normalizer.ini $(BUILD)/data/sample-queries.txt 252
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD)
