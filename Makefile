@@ -12,8 +12,9 @@ FUZZ_SECONDS ?= 300
 # opencc, libopencc-data: the source of the GBK translation table, which a test regenerates.
 # python3-jieba: the word list of the default dictionaries (build/data/).
 # clang: the dictionary fuzzer (make fuzz).
+# openjdk-17-jdk-headless, junit5: the Java class, its JUnit suites and the demo.
 PACKAGES := cmake make g++ pkg-config libgtest-dev libgmock-dev libbenchmark-dev \
-            opencc libopencc-data python3-jieba clang
+            opencc libopencc-data python3-jieba clang openjdk-17-jdk-headless junit5
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
@@ -54,6 +55,7 @@ test: test-plain test-asan
 
 bench: build
 	@for b in $(BUILD)/bin/bench_*; do echo "== $$b"; $$b; done
+	@echo "== Normalizer.normalize through JNI"; cmake --build $(BUILD) --target bench_jni
 
 # libFuzzer on the dictionary loaders, built with clang (sanitized) in its
 # own folder; the corpus grows in $(FUZZ_BUILD)/corpus, crashes land in
@@ -70,8 +72,13 @@ fuzz: deps $(FUZZ_BUILD)/CMakeCache.txt
 	cd $(FUZZ_BUILD) && ASAN_OPTIONS=detect_leaks=1 bin/fuzz_dict -max_total_time=$(FUZZ_SECONDS) \
 	  -max_len=200000 corpus ../fuzz/regressions
 
+
+# The sample queries through the Java class, in the usual mode (252).
 demo: build
-	@echo "built: $(BUILD)/lib (libraries), $(BUILD)/bin (tools, tests, benchmarks)"
+	@java -Djava.library.path=$(BUILD)/lib \
+	  -cp $(BUILD)/lib/zeg-normalizer.jar:$(BUILD)/lib/zeg-normalizer-demo.jar \
+	  com.orvane.dw.comm.zeg.demo.NormalizeDemo \
+	  $(BUILD)/data/normalizer.ini $(BUILD)/data/sample-queries.txt 252
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

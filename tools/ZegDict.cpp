@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/CharFreqBuilder.h"
 #include "tools/CoreDictCompiler.h"
 #include "tools/ProgressLine.h"
 
@@ -24,6 +25,17 @@ const char kCoreHelp[] =
     "                      reported as FILE:LINE: reason and skipped)\n"
     "  --progress          show progress on the error stream (the default on a terminal)\n";
 
+const char kCharFreqHelp[] =
+    "usage: zeg-dict charfreq --input WORDS --output FILE\n"
+    "\n"
+    "Derives the character frequency file from a word list (the format of\n"
+    "zeg-dict core's input): a one-character word adds its frequency to the\n"
+    "character's alone count; in a longer word the first, middle and last\n"
+    "characters add it to their first, middle and final counts.\n"
+    "\n"
+    "  --input WORDS   UTF-8 word list, one entry a line: word [frequency] [tag]\n"
+    "  --output FILE   the character frequency file to write\n";
+
 bool contains(const std::vector<std::string>& list, const std::string& name) {
     return std::find(list.begin(), list.end(), name) != list.end();
 }
@@ -36,6 +48,11 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
                                     {"input", "output", "properties"},
                                     {"strict", "progress"},
                                     &ZegDict::runCore};
+    m_commands["charfreq"] = SubCommand{"derive character frequencies from a word list",
+                                        kCharFreqHelp,
+                                        {"input", "output"},
+                                        {},
+                                        &ZegDict::runCharFreq};
 }
 
 int ZegDict::usageError(const std::string& message) {
@@ -114,6 +131,21 @@ int ZegDict::runCore(const Options& options) {
     core.strict = options.flags.count("strict") != 0;
     core.progress = options.flags.count("progress") != 0 || ProgressLine::stderrIsTerminal();
     return CoreDictCompiler(core, m_err).run();
+}
+
+int ZegDict::runCharFreq(const Options& options) {
+    std::string input, output, error;
+    if (!require("charfreq", options, "input", input) ||
+        !require("charfreq", options, "output", output))
+        return 2;
+    CharFreqBuilder builder;
+    if (!builder.addFile(input, error) || !builder.writeFile(output, error)) {
+        m_err << "zeg-dict: " << error << '\n';
+        return 1;
+    }
+    m_err << "zeg-dict: " << builder.wordsAdded() << " words, " << builder.linesSkipped()
+          << " lines skipped\n";
+    return 0;
 }
 
 }  // namespace zeg_tools

@@ -48,6 +48,7 @@ private:
     void printHelp() const;
 
     int runCore(const Options& options);
+    int runCharFreq(const Options& options);
 
     std::ostream& m_out;
     std::ostream& m_err;

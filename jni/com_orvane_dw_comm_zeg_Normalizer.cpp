@@ -1,0 +1,73 @@
+#include "jni/com_orvane_dw_comm_zeg_Normalizer.h"
+
+#include <string>
+
+#include "jni/NormalizerBridge.h"
+#include "normalize/NormalizeIntf.h"
+
+namespace {
+
+using normalize::NormalizeIntf;
+
+// Set by the first initialize and never reset, so that later calls are no-ops.
+NormalizeIntf* norm = nullptr;
+
+// The modified UTF-8 characters of a Java string, released on destruction.
+// get() is null for a null string or when the JVM could not provide them.
+class JavaUtfChars {
+public:
+    JavaUtfChars(JNIEnv* env, jstring text)
+        : m_env(env), m_text(text),
+          m_chars(env != nullptr && text != nullptr ? env->GetStringUTFChars(text, nullptr)
+                                                    : nullptr) {}
+    ~JavaUtfChars() {
+        if (m_chars != nullptr) m_env->ReleaseStringUTFChars(m_text, m_chars);
+    }
+    JavaUtfChars(const JavaUtfChars&) = delete;
+    JavaUtfChars& operator=(const JavaUtfChars&) = delete;
+
+    const char* get() const { return m_chars; }
+
+private:
+    JNIEnv* m_env;
+    jstring m_text;
+    const char* m_chars;
+};
+
+}  // namespace
+
+extern "C" {
+
+JNIEXPORT void JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_initialize(JNIEnv* env, jclass,
+                                                                         jstring configPath) {
+    try {
+        if (norm != nullptr || env == nullptr) return;
+        JavaUtfChars path(env, configPath);
+        if (configPath != nullptr && path.get() == nullptr) return;  // OutOfMemoryError pending
+        norm = NormalizeIntf::getInstance();
+        norm->init(path.get() != nullptr ? path.get() : "");
+    } catch (...) {
+        // Nothing may unwind into the JVM; a failed start shows as empty results.
+    }
+}
+
+JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_normalize(JNIEnv* env, jclass,
+                                                                           jstring query,
+                                                                           jint mode) {
+    if (env == nullptr) return nullptr;
+    std::string result;
+    try {
+        if (norm != nullptr) {
+            JavaUtfChars chars(env, query);
+            result = normalize::normalizeForJava(norm, chars.get(), static_cast<int>(mode));
+        }
+    } catch (...) {
+        result.clear();
+    }
+    if (env->ExceptionCheck()) return nullptr;
+    return env->NewStringUTF(result.c_str());
+}
+
+JNIEXPORT void JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_unitialize(JNIEnv*, jclass) {}
+
+}  // extern "C"

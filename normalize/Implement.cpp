@@ -1,0 +1,181 @@
+#include "normalize/Implement.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "norm_utility/AlgoUtil.h"
+#include "norm_utility/ErrorLine.h"
+#include "norm_utility/YException.h"
+#include "normalize/CNormHashtable.h"
+#include "normalize/Translate.h"
+#include "normalize/WordLists.h"
+#include "normalize/nmConfig.h"
+
+namespace normalize {
+
+using norm_utility::AlgoUtil;
+using norm_utility::writeErrorLine;
+using norm_utility::YException;
+
+namespace {
+
+const char kGbkDe[] = "\xB5\xC4";  // "的", dropped from canonically ordered results
+
+// Erases every space that directly follows a space.
+void collapseSpaces(std::string& text) {
+    const auto doubled = [](char a, char b) { return a == ' ' && b == ' '; };
+    text.erase(std::unique(text.begin(), text.end(), doubled), text.end());
+}
+
+using HashedWord = std::pair<std::pair<unsigned int, unsigned int>, std::string>;
+
+HashedWord hashed(const std::string& word) {
+    const char* s = word.c_str();
+    return {{CNormHashtable::hashString(s, 0), CNormHashtable::hashString(s, 1)}, word};
+}
+
+}  // namespace
+
+Implement::Implement() = default;
+
+Implement::~Implement() = default;
+
+bool Implement::init(const std::string& configPath) {
+    nmConfig* config = nmConfig::getInstance();
+    try {
+        config->init(configPath);
+    } catch (const YException&) {
+        writeErrorLine("[Implement::init] Load configuration file " + configPath + " failed.");
+        return false;
+    }
+    try {
+        if (!loadStopFile(config->getStopFile())) return false;
+    } catch (const YException& e) {
+        writeErrorLine(std::string("[Implement::init] Get stop file from config failed:") +
+                       e.GetMsg());
+        return false;
+    }
+    // One message covers both settings look-ups below, the segmenter's path
+    // included; the line is kept as it has always read.
+    const char* const settingsFailure = "[Implement::init] Get synonyms file from config failed:";
+    try {
+        if (!loadSynonymsFile(config->getSynonymsFile())) return false;
+        if (m_segment.init(config->getwsConfig()) != 0) {
+            writeErrorLine("[Implement::init] zeg segment init failed");
+            return false;
+        }
+    } catch (const YException& e) {
+        writeErrorLine(settingsFailure + std::string(e.GetMsg()));
+        return false;
+    }
+    if (m_gbkToUtf8.open("gbk", "utf-8") < 0) {
+        writeErrorLine("[Implement::init] init gbk to utf-8 iconv failed");
+        return false;
+    }
+    if (m_utf8ToGbk.open("utf-8", "gbk") < 0) {
+        writeErrorLine("[Implement::init] init utf-8 to gbk iconv failed");
+        return false;
+    }
+    return true;
+}
+
+int Implement::doNormalize(const std::string& query, int mode, std::string& out,
+                           std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk) {
+    out.clear();
+    words.clear();
+    if (query.empty()) return 0;
+
+    const std::string gbk = inputIsGbk ? query : convert(m_utf8ToGbk, query);
+    int maxInputLength = 0;
+    try {
+        maxInputLength = nmConfig::getInstance()->getMaxInputLength();
+    } catch (const YException&) {
+        writeErrorLine("[Implement::doNormalize] get max input size from nmConfig failed.");
+        return -1;
+    }
+    if (gbk.size() > static_cast<std::size_t>(maxInputLength)) {
+        writeErrorLine("[Implement::doNormalize] input for normalization is too long. Will return "
+                       "input as normalization result.");
+        if (outputIsGbk)
+            out = gbk;
+        else
+            out = inputIsGbk ? convert(m_gbkToUtf8, query) : query;
+        return 0;
+    }
+    if (mode <= 0) {
+        writeErrorLine("[Implement::doNormalize] invalid input parameter [" + std::to_string(mode) +
+                       "] for query [" + query + "]");
+        return -1;
+    }
+
+    std::string text = Translate(gbk, mode);
+    AlgoUtil::trim(text);
+    collapseSpaces(text);
+    if (text.empty()) return 0;
+    if (mode & kSynonyms) text = _getSynonymsWord(text, mode);
+
+    if (!(mode & (kCanonicalOrder | kSynonyms))) {
+        _split(words, text);
+    } else if (m_segment.doSegment(text, words) != 0) {
+        writeErrorLine("[Implement::doNormalize] doSegment failed for input [" + text + "]");
+        return -1;
+    }
+    if (mode & kSynonyms) {
+        for (std::string& word : words) word = _getSynonymsWord(word, mode);
+    }
+
+    std::string joined = joinWords(words, mode);
+    out = outputIsGbk ? joined : convert(m_gbkToUtf8, joined);
+    return 0;
+}
+
+// Keys were stored with ASCII letters upper-cased byte by byte, so the word
+// is looked up folded by exactly that rule: whatever case the query and the
+// synonym file use, a listed word is found. Case bits of `mode` have already
+// done their work in Translate and do not change the lookup; the replacement
+// comes back as the file spells it.
+std::string Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
+    std::string key = word;
+    AlgoUtil::stringToupper(key);
+    const auto found = gSynonymsWords.find(key);
+    return found == gSynonymsWords.end() ? word : found->second;
+}
+
+void Implement::_split(std::vector<std::string>& words, const std::string& text) {
+    std::string collapsed = text;
+    collapseSpaces(collapsed);
+    std::size_t begin = 0;
+    for (;;) {
+        const std::size_t end = collapsed.find(' ', begin);
+        words.push_back(collapsed.substr(begin, end - begin));
+        if (end == std::string::npos) break;
+        begin = end + 1;
+    }
+}
+
+std::string Implement::convert(norm_utility::AlgoIconv& converter, const std::string& text) {
+    reserveForUtf8(m_buffer, text.size());
+    const int n = converter.conv(text.data(), static_cast<int>(text.size()), m_buffer);
+    return std::string(m_buffer.data(), static_cast<std::size_t>(n));
+}
+
+// The words in list order, or in canonical (hash) order with "的" and every
+// space left out, so that word order and spacing cannot tell two queries apart.
+std::string Implement::joinWords(const std::vector<std::string>& words, int mode) {
+    const bool canonical = (mode & kCanonicalOrder) != 0;
+    std::vector<HashedWord> list;
+    list.reserve(words.size());
+    for (const std::string& word : words) list.push_back(hashed(word));
+    if (canonical) std::sort(list.begin(), list.end());
+
+    std::string joined;
+    for (const HashedWord& entry : list) {
+        if (canonical && entry.second == kGbkDe) continue;
+        joined += entry.second;
+    }
+    AlgoUtil::trim(joined);
+    if (canonical) joined.erase(std::remove(joined.begin(), joined.end(), ' '), joined.end());
+    return joined;
+}
+
+}  // namespace normalize

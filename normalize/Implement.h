@@ -1,0 +1,64 @@
+#ifndef ZEG_NORMALIZE_IMPLEMENT_H
+#define ZEG_NORMALIZE_IMPLEMENT_H
+
+#include <string>
+#include <vector>
+
+#include "norm_utility/AlgoIconv.h"
+#include "normalize/nmSegment.h"
+
+namespace normalize {
+
+// Mode bits of the pipeline besides those of Translate (TranslateMode).
+enum PipelineMode {
+    kSynonyms = 64,         // the whole query, then each word, by its synonym
+    kCanonicalOrder = 128,  // segment, sort the words, drop "的", remove spaces
+};
+
+// The normaliser proper: wires the settings, the word lists, the segmenter
+// and two converters together, and turns one query into its normalised
+// form. Not copyable. Thread safety: one query at a time (the segmenter and
+// the converters keep state); the word lists and settings it reads are
+// process-wide and must not be reloaded while a query runs.
+class Implement {
+public:
+    Implement();
+    ~Implement();
+    Implement(const Implement&) = delete;
+    Implement& operator=(const Implement&) = delete;
+
+    // Loads the settings from `configPath`, the stop-word and synonym lists
+    // (adding to what is loaded), the segmenter, and opens the converters.
+    // False at the first failure, with a message on standard error.
+    bool init(const std::string& configPath);
+
+    // Normalises `query` as `mode` asks (TranslateMode and PipelineMode
+    // bits). `inputIsGbk` / `outputIsGbk` choose GBK instead of UTF-8 for
+    // `query` / `out`. `words` receives the words found, in GBK and in text
+    // order, after synonym replacement. Returns 0 on success: also for an empty query (out ""), a
+    // query that is blank after translation (out ""), and a query longer in
+    // GBK than MAX_INPUT_LENGTH (out is the query itself, in the output
+    // encoding). Returns -1 with `out` empty for a mode of 0 or below, for
+    // settings that are not loaded, and when segmentation fails; each
+    // failure and the over-long case write one line to standard error.
+    int doNormalize(const std::string& query, int mode, std::string& out,
+                    std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk);
+
+private:
+    // The replacement of `word` in the synonym map, or `word` itself.
+    std::string _getSynonymsWord(const std::string& word, int mode);
+    // Appends to `words` every piece of `text` between single spaces.
+    void _split(std::vector<std::string>& words, const std::string& text);
+
+    std::string convert(norm_utility::AlgoIconv& converter, const std::string& text);
+    std::string joinWords(const std::vector<std::string>& words, int mode);
+
+    nmSegment m_segment;
+    norm_utility::AlgoIconv m_gbkToUtf8;
+    norm_utility::AlgoIconv m_utf8ToGbk;
+    std::vector<char> m_buffer;
+};
+
+}  // namespace normalize
+
+#endif

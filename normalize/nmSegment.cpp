@@ -1,0 +1,65 @@
+#include "normalize/nmSegment.h"
+
+#include "norm_utility/ErrorLine.h"
+
+namespace normalize {
+
+using norm_utility::writeErrorLine;
+
+// conv sizes its output for two bytes per input byte, but GBK's one-byte euro
+// sign (0x80) takes three in UTF-8: with less room the result would be cut,
+// and by how much would depend on what earlier calls left in the buffer.
+void reserveForUtf8(std::vector<char>& buffer, std::size_t length) {
+    if (buffer.size() < 3 * length + 1) buffer.resize(3 * length + 1);
+}
+
+nmSegment::nmSegment() = default;
+
+nmSegment::~nmSegment() {
+    m_gbkToUtf8.close();
+    m_utf8ToGbk.close();
+}
+
+int nmSegment::init(std::string segmenterConfigPath) {
+    if (m_initialised) return 0;
+    if (!WsSegmenter::init(segmenterConfigPath.c_str())) {
+        writeErrorLine("[nmSegment::init] zeg nmSegment init failed");
+        return -1;
+    }
+    if (m_gbkToUtf8.open("gbk", "utf-8") < 0) {
+        writeErrorLine("[nmSegment::init] init gbk to utf-8 iconv failed");
+        return -1;
+    }
+    if (m_utf8ToGbk.open("utf-8", "gbk") < 0) {
+        writeErrorLine("[nmSegment::init] init utf-8 to gbk iconv failed");
+        return -1;
+    }
+    m_initialised = 1;
+    return 0;
+}
+
+int nmSegment::doSegment(const std::string& gbkText, std::vector<std::string>& words) {
+    words.clear();
+    if (!m_initialised) {
+        writeErrorLine("[nmSegment::doSegment] zeg not init!");
+        return -1;
+    }
+    reserveForUtf8(m_buffer, gbkText.size());
+    int n = m_gbkToUtf8.conv(gbkText.data(), static_cast<int>(gbkText.size()), m_buffer);
+    const std::string utf8(m_buffer.data(), static_cast<std::size_t>(n));
+
+    m_result.clear();
+    if (!segment(utf8.c_str(), static_cast<unsigned int>(utf8.length()), m_result)) {
+        writeErrorLine("[nmSegment::doSegment] do zeg segment failed for query [" + gbkText + "]");
+        return -1;
+    }
+    // A segmenter that answers with no level at all has found no words.
+    if (m_result.empty()) return 0;
+    for (const ws::WORD_UTF8_T& word : m_result.back()) {
+        n = m_utf8ToGbk.conv(word.word, static_cast<int>(word.wordLen), m_buffer);
+        words.emplace_back(m_buffer.data(), static_cast<std::size_t>(n));
+    }
+    return 0;
+}
+
+}  // namespace normalize

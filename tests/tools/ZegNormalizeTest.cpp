@@ -1,0 +1,112 @@
+// zeg-normalize as a user runs it: arguments, exit codes, one line out per
+// line in. (That each line is exactly what Java gets is checked by the Java
+// suite, which runs the tool beside the JNI library.)
+#include <sys/wait.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/DefaultData.h"
+#include "support/TempDir.h"
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+struct ToolRun {
+    int status;
+    std::string out, err;
+};
+
+class ZegNormalizeTest : public ::testing::Test {
+protected:
+    std::string slurp(const std::string& path) const {
+        std::ifstream in(path, std::ios::binary);
+        std::ostringstream all;
+        all << in.rdbuf();
+        return all.str();
+    }
+
+    ToolRun run(const std::string& arguments, const std::string& input = "") {
+        const std::string in = dir.write("in", input);
+        const std::string command = std::string(ZEG_NORMALIZE_TOOL) + " " + arguments + " <" +
+                                    in + " >" + dir.file("out") + " 2>" + dir.file("err");
+        const int status = std::system(command.c_str());
+        return ToolRun{WIFEXITED(status) ? WEXITSTATUS(status) : -1, slurp(dir.file("out")),
+                   slurp(dir.file("err"))};
+    }
+
+    zeg_test::TempDir dir;
+};
+
+TEST_F(ZegNormalizeTest, HelpDescribesTheToolAndExitsZero) {
+    const ToolRun r = run("--help");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_THAT(r.out, StartsWith("usage: zeg-normalize --config FILE"));
+    EXPECT_THAT(r.out, HasSubstr("128 segment"));
+}
+
+TEST_F(ZegNormalizeTest, BadArgumentsPrintUsageAndExitTwo) {
+    const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
+    for (const std::string& arguments :
+         {std::string(""), std::string("--mode 4"), config + " --mode", config + " --mode 0",
+          config + " --mode -4", config + " --mode 4x", config + " --mode 99999999999",
+          config + " --verbose", std::string("--config")}) {
+        const ToolRun r = run(arguments, "abc\n");
+        EXPECT_EQ(r.status, 2) << arguments;
+        EXPECT_THAT(r.err, HasSubstr("usage: zeg-normalize")) << arguments;
+        EXPECT_EQ(r.out, "") << arguments;
+    }
+}
+
+TEST_F(ZegNormalizeTest, ConfigurationThatFailsShowsTheLibrarysMessagesAndExitsOne) {
+    const std::string path = dir.file("absent.ini");
+    const ToolRun r = run("--config " + path, "abc\n");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_THAT(r.err, HasSubstr("[Implement::init] Load configuration file " + path + " failed."));
+    EXPECT_THAT(r.err, HasSubstr("[NormalizeIntf::init] Implement initialization failed."));
+    EXPECT_EQ(r.out, "");
+}
+
+TEST_F(ZegNormalizeTest, EveryLineInGivesOneLineOut) {
+    std::string input = "Hello World\r\n";
+    input += std::string("a\0b\n", 4);
+    input += "\xFF\xFE\n\n";
+    input += std::string(100000, 'x') + "\n";
+    input += std::string(511, 'Y') + "\n";
+    input += std::string(512, 'y') + "\n";
+    input += "ＡＢＣ 的";  // no final line feed
+    const ToolRun r = run(std::string("--config=") + ZEG_DEFAULT_CONFIG + " --mode=4", input);
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "helloworld\nab\n\n\n\n" + std::string(511, 'y') + "\n\nＡＢＣ的\n");
+}
+
+TEST_F(ZegNormalizeTest, DefaultModeIsTheUsualOne) {
+    const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
+    const std::string input = "大学 北京\n北京 大学\nＥＭＡＩＬ\n电子邮件\n";
+    const ToolRun usual = run(config, input);
+    EXPECT_EQ(usual.status, 0) << usual.err;
+    EXPECT_EQ(usual.out, run(config + " --mode 252", input).out);
+    std::istringstream lines(usual.out);
+    std::string a, b, c, d;
+    std::getline(lines, a);
+    std::getline(lines, b);
+    std::getline(lines, c);
+    std::getline(lines, d);
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(c, d);
+    EXPECT_NE(a, "");
+}
+
+TEST_F(ZegNormalizeTest, ProgressReportsLinesPerSecond) {
+    const ToolRun r = run(std::string("--config ") + ZEG_DEFAULT_CONFIG + " --progress", "a\nb\n");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_THAT(r.err,
+                testing::ContainsRegex("zeg-normalize: 2 lines in [0-9.]+ s, [0-9]+ lines/s\n"));
+}
+
+}  // namespace
