@@ -5,6 +5,8 @@
 #include <new>
 
 #include "ws/algo/wsMaxMatchSegmenter.h"
+#include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
@@ -37,6 +39,7 @@ void WsSegmenterImp::_release() {
     m_revisers.clear();
     m_postProcessors.clear();
     m_segmenter.reset();
+    m_unigram = false;
     m_charFreq.reset();
     m_dicts.clearData();
 }
@@ -65,6 +68,7 @@ bool WsSegmenterImp::init(const WsConfig* config) {
             !_checkUnavailableStages(m_config) || !_createSegmenter(m_config))
             return false;
         _addNewWordBuffers(m_config);
+        if (m_unigram && !_createRecognizers(m_config)) return false;
     } catch (const std::bad_alloc&) {
         WS_IMP_ERROR("allocate memory fail!");
         _release();
@@ -149,11 +153,50 @@ bool WsSegmenterImp::_createSegmenter(const WsConfig& config) {
         return segmenter->init(config);
     }
     if (algorithm == "UNIGRAM") {
-        WS_IMP_ERROR("SEGMENT_ALGORITHM UNIGRAM is not available in this build\n");
-        return false;
+        auto* segmenter = new (std::nothrow) UnigramSegmenter(&m_dicts);
+        if (segmenter == nullptr) {
+            WS_IMP_ERROR("new UnigramSegmenter fail!\n");
+            return false;
+        }
+        m_segmenter.reset(segmenter);
+        m_unigram = true;
+        return segmenter->init(config);
     }
     WS_IMP_ERROR("Please specify the segment algorithm in config file");
     return false;
+}
+
+// The recognisers fill the new-word buffers that only the unigram lattice
+// reads, so they exist with that algorithm only.
+bool WsSegmenterImp::_createRecognizers(const WsConfig& config) {
+    const char* missing = nullptr;
+    if (config.enableRuleNameTagger || config.enableMaxentPersonNameTagger)
+        missing = "ENABLE_RULEBASED_NAME_TAGGER / ENABLE_MAXENT_PERSON_NAME_TAGGER "
+                  "(person-name recogniser)";
+    else if (config.enableRuleOrgnizationTagger)
+        missing = "ENABLE_RULEBASED_ORGNIZATION_TAGGER (organisation recogniser)";
+    if (missing != nullptr) {
+        WS_IMP_ERROR("%s is switched on but this build has no such stage\n", missing);
+        return false;
+    }
+    std::unique_ptr<NumberRecognizer> numbers(new (std::nothrow) NumberRecognizer());
+    if (!numbers) {
+        WS_IMP_ERROR("new NumberRecognizer fail!\n");
+        return false;
+    }
+    const std::string path = config.getString("NUMERIC_RULE_FILE", "");
+    const auto idx = [this](unsigned short prop) {
+        const unsigned int i = m_seg.getPropIdx(prop);
+        return i == TextSegmentation::kNoBuffer ? -1 : static_cast<int>(i);
+    };
+    if (numbers->init(path.c_str(), idx(WS_PROPERTY_NUM), idx(WS_PROPERTY_LET),
+                      idx(WS_PROPERTY_LETNUM), idx(WS_PROPERTY_CHINESE_NUM)) != 0) {
+        WS_IMP_ERROR("load number-rule-file : %s fail!\n", path.c_str());
+        return false;
+    }
+    WS_IMP_DEBUG("load number-rule-file success!\n");
+    if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
+    return true;
 }
 
 void WsSegmenterImp::_addNewWordBuffers(const WsConfig& config) {
@@ -171,7 +214,7 @@ bool WsSegmenterImp::_doSegment() {
         if (p->doPreProcess(m_seg) != 0) return false;
     }
     for (auto& r : m_recognizers) r->doRecognize(m_seg);
-    m_segmenter->doSegment(m_seg, 1, 0);
+    m_segmenter->doSegment(m_seg, 1, m_seg.resultByDict.valid != 0 ? 2 : 0);
     for (auto& r : m_revisers) r->doRevise(m_seg);
     for (auto& p : m_postProcessors) p->doPostProcess(m_seg);
     return true;

@@ -69,6 +69,7 @@ private:
     bool _loadPropertyDict(const std::string& path);
     bool _createSegmenter(const WsConfig& config);
     void _addNewWordBuffers(const WsConfig& config);
+    bool _createRecognizers(const WsConfig& config);
     bool _checkUnavailableStages(const WsConfig& config);
     // Runs the pipeline over m_seg; false when a pre-processor stops it.
     bool _doSegment();
@@ -88,6 +89,7 @@ private:
     std::unique_ptr<CharFreqDict> m_charFreq;
     TextSegmentation m_seg;
     std::unique_ptr<Segmenter> m_segmenter;
+    bool m_unigram = false;  // the segmenter is a UnigramSegmenter
     std::vector<std::unique_ptr<TextProcessor> > m_preProcessors;
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
     std::vector<std::unique_ptr<Reviser> > m_revisers;

@@ -194,7 +194,16 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     EXPECT_NE(initLog("SEGMENT_ALGORITHM = BEST\n").find(
                   "Please specify the segment algorithm in config file"),
               std::string::npos);
-    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\n").find("UNIGRAM"), std::string::npos);
+    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n")
+                  .find("ENABLE_RULEBASED_NAME_TAGGER"),
+              std::string::npos);
+    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n")
+                  .find("ENABLE_RULEBASED_ORGNIZATION_TAGGER"),
+              std::string::npos);
+    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + dir.file("none.txt") +
+                      "\n")
+                  .find("load number-rule-file : " + dir.file("none.txt") + " fail!"),
+              std::string::npos);
     EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("ENABLE_POS_TAGGER"), std::string::npos);
     EXPECT_NE(initLog("ENABLE_POS_TAGGER = 2\n").find("ENABLE_POS_TAGGER is error"),
               std::string::npos);
@@ -230,6 +239,38 @@ TEST_F(WsSegmenterTest, WarmSegmenterAllocatesNothingInItsCore) {
     ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
     ASSERT_TRUE(seg.segment(shorter.data(), static_cast<unsigned>(shorter.size()), results));
     EXPECT_EQ(zeg_test::allocationCount(), before);
+}
+
+TEST_F(WsSegmenterTest, UnigramTakesTheMostProbableCut) {
+    ASSERT_TRUE(seg.init(config("SEGMENT_ALGORITHM = UNIGRAM\n"
+                                "ENABLE_NUMERIC_EXPRESSION_RECOGNIZER = true\n"
+                                "NUMERIC_THRESHOLD = 0\n").c_str()));
+    EXPECT_EQ(text("北京大学生"), "北京大学 生 ");
+    EXPECT_EQ(text("龘龘"), "龘 龘 ");
+    EXPECT_EQ(text("3.5%学生abc"), "3.5% 学生 abc ");
+    EXPECT_EQ(text(""), "");
+    // iphone then 7: the letters cover the alnum word, the digit stays apart.
+    std::vector<ws::WORD_UTF8_T> words;
+    const std::string s = "iphone7北京";
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), words));
+    ASSERT_FALSE(words.empty());
+    std::string joined;
+    for (const auto& w : words) joined.append(w.word, w.wordLen).push_back(' ');
+    EXPECT_EQ(joined, "iphone7 北京 ");
+    EXPECT_EQ(words[0].prop, ws::WS_PROPERTY_LETNUM);
+    EXPECT_EQ(words[0].wordId, -1);
+
+    std::vector<std::vector<ws::WORD_UTF8_T> > results;
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    const size_t before = zeg_test::allocationCount();
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    EXPECT_EQ(zeg_test::allocationCount(), before);
+}
+
+TEST_F(WsSegmenterTest, UnigramWithoutTheNumericRecogniserSplitsNumbers) {
+    ASSERT_TRUE(seg.init(config("SEGMENT_ALGORITHM = UNIGRAM\n"
+                                "ENABLE_NUMERIC_EXPRESSION_RECOGNIZER = false\n").c_str()));
+    EXPECT_EQ(text("35学生"), "3 5 学生 ");
 }
 
 TEST(WsSegmenterFacade, VersionAndUninitialisedUse) {
