@@ -107,30 +107,27 @@ struct Freer {
     void operator()(char* p) const { std::free(p); }
 };
 
+// A length of zero means the string's length; conversion stops at the
+// first bad byte without the skip-and-retry of conv().
 TEST(AlgoIconvConvCharset, ConvertsInOneCall) {
-    char* raw = nullptr;
-    int outLength = 0;
-    EXPECT_EQ(AlgoIconv::convCharset("utf-8", "gbk", "\xE4\xB8\xAD!", 4, &raw, &outLength), 4);
-    std::unique_ptr<char, Freer> out(raw);
-    ASSERT_EQ(outLength, 3);
-    EXPECT_EQ(std::string(out.get()), "\xD6\xD0!");
-}
-
-TEST(AlgoIconvConvCharset, ZeroLengthMeansTheStringLength) {
-    char* raw = nullptr;
-    int outLength = 0;
-    EXPECT_EQ(AlgoIconv::convCharset("gbk", "utf-8", "\xD6\xD0", 0, &raw, &outLength), 2);
-    std::unique_ptr<char, Freer> out(raw);
-    EXPECT_EQ(std::string(out.get(), static_cast<std::size_t>(outLength)), "\xE4\xB8\xAD");
-}
-
-TEST(AlgoIconvConvCharset, StopsAtTheFirstBadByteWithoutRetry) {
-    char* raw = nullptr;
-    int outLength = 0;
-    EXPECT_EQ(AlgoIconv::convCharset("utf-8", "gbk", "ab\xFF" "cd", 5, &raw, &outLength), 2);
-    std::unique_ptr<char, Freer> out(raw);
-    EXPECT_EQ(outLength, 2);
-    EXPECT_EQ(std::string(out.get()), "ab");
+    struct Case {
+        const char *from, *to, *in;
+        int length, result;
+        std::string out;
+    };
+    const Case cases[] = {
+        {"utf-8", "gbk", "\xE4\xB8\xAD!", 4, 4, "\xD6\xD0!"},
+        {"gbk", "utf-8", "\xD6\xD0", 0, 2, "\xE4\xB8\xAD"},
+        {"utf-8", "gbk", "ab\xFF" "cd", 5, 2, "ab"},
+    };
+    for (const Case& c : cases) {
+        char* raw = nullptr;
+        int outLength = 0;
+        EXPECT_EQ(AlgoIconv::convCharset(c.from, c.to, c.in, c.length, &raw, &outLength), c.result);
+        std::unique_ptr<char, Freer> out(raw);
+        ASSERT_EQ(outLength, static_cast<int>(c.out.size())) << c.in;
+        EXPECT_EQ(std::string(out.get()), c.out);
+    }
 }
 
 TEST(AlgoIconvConvCharset, UnknownCharsetGivesMinusOne) {

@@ -70,14 +70,6 @@ std::vector<double> thresholds(const WsConfig& c) {
             c.orgnizationThreshold};
 }
 
-TEST(WsConfig, ConstructorValues) {
-    const WsConfig c;
-    expectAllBoolsAre(c, false);
-    EXPECT_EQ(numbers(c), std::vector<long>({0, 0, 0, 1, 1, 0}));
-    EXPECT_EQ(thresholds(c), std::vector<double>({10.0, 10.0, 10.0, 10.0}));
-    EXPECT_TRUE(c.preProcessPlugIns.empty());
-}
-
 TEST(WsConfig, AbsentKeysReadAsZeroNotAsConstructorValues) {
     zeg_test::TempDir dir;
     WsConfig c;
