@@ -6,12 +6,11 @@
 
 #include <cmath>
 #include <memory>
-#include <sstream>
 
 #include "DataPaths.h"
 #include "support/AllocationCounter.h"
+#include "support/DictionaryFiles.h"
 #include "support/TempDir.h"
-#include "tools/CoreDictCompiler.h"
 #include "ws/algo/wsNumberRecognizer.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/dict/wsCoreDict.h"
@@ -42,12 +41,7 @@ protected:
     }
 
     void compile(const std::string& name, const std::string& words) {
-        zeg_tools::CoreDictOptions options;
-        options.input = dir.write(name + ".txt", words);
-        options.output = dir.file(name + ".dict");
-        options.properties = dir.file("properties.txt");
-        std::ostringstream err;
-        ASSERT_EQ(zeg_tools::CoreDictCompiler(options, err).run(), 0) << err.str();
+        ASSERT_EQ(zeg_test::compileDictionary(dir, name, words), "");
     }
 
     // A user dictionary of 丁 x 64 and 丁 x 65, longer than word lists allow.

@@ -4,11 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 
 #include "support/AllocationCounter.h"
+#include "support/DictionaryFiles.h"
 #include "support/TempDir.h"
-#include "tools/CoreDictCompiler.h"
 #include "ws/core/wsEncodeConverter.h"
 
 using ws::WsSegmenter;
@@ -43,12 +42,7 @@ protected:
     }
 
     void compile(const std::string& name, const std::string& words) {
-        zeg_tools::CoreDictOptions options;
-        options.input = dir.write(name + ".txt", words);
-        options.output = dir.file(name + ".dict");
-        options.properties = dir.file("properties.txt");
-        std::ostringstream err;
-        ASSERT_EQ(zeg_tools::CoreDictCompiler(options, err).run(), 0) << err.str();
+        ASSERT_EQ(zeg_test::compileDictionary(dir, name, words), "");
     }
 
     std::string config(const std::string& extra = "") {
