@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "fuzz/DictSeeds.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
@@ -101,10 +102,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ws::BaseDict base;
     if (base.loadDict(buffer, bufferSize) == 0) exerciseBase(base, keys);
 
-    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+    if (ws::File f{fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")}) {
         ws::WsCoreDict fromStream;
-        if (size > 0 && fromStream.loadDict(f) == 0) exercise(fromStream, keys);
-        std::fclose(f);
+        if (size > 0 && fromStream.loadDict(f.get()) == 0) exercise(fromStream, keys);
     }
 
     int fd = -1;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
 
@@ -14,13 +15,12 @@ const char* const kWords[] = {"清", "清华", "清华大学", "北京", "北京
                               "mp3", "5g", "b2b", "中华人民共和国"};
 
 std::string bytesOf(ws::DATDict& d) {
-    std::FILE* f = std::tmpfile();
-    if (f == nullptr) return std::string();
-    d.writeDict(f);
-    std::string out(static_cast<size_t>(std::ftell(f)), '\0');
-    std::rewind(f);
-    if (!out.empty() && std::fread(&out[0], 1, out.size(), f) != out.size()) out.clear();
-    std::fclose(f);
+    ws::File f(std::tmpfile());
+    if (!f) return std::string();
+    d.writeDict(f.get());
+    std::string out(static_cast<size_t>(std::ftell(f.get())), '\0');
+    std::rewind(f.get());
+    if (!out.empty() && std::fread(&out[0], 1, out.size(), f.get()) != out.size()) out.clear();
     return out;
 }
 

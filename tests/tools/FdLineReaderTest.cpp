@@ -1,0 +1,94 @@
+#include "tools/FdLineReader.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/TempDir.h"
+
+using zeg_tools::FdLineReader;
+
+namespace {
+
+struct Line {
+    std::string text;
+    bool cut;
+    bool operator==(const Line& o) const { return text == o.text && cut == o.cut; }
+};
+
+std::ostream& operator<<(std::ostream& os, const Line& line) {
+    return os << '"' << line.text << '"' << (line.cut ? " (cut)" : "");
+}
+
+std::vector<Line> readAll(int fd, std::size_t cap) {
+    FdLineReader reader(fd, cap);
+    std::vector<Line> lines;
+    Line line{"", false};
+    while (reader.next(line.text, line.cut)) lines.push_back(line);
+    EXPECT_FALSE(reader.failed());
+    return lines;
+}
+
+std::vector<Line> readBytes(const std::string& bytes, std::size_t cap = 100) {
+    zeg_test::TempDir dir;
+    const int fd = ::open(dir.write("in", bytes).c_str(), O_RDONLY);
+    EXPECT_GE(fd, 0);
+    std::vector<Line> lines = readAll(fd, cap);
+    ::close(fd);
+    return lines;
+}
+
+TEST(LineReaderTest, EveryLineComesBackWhateverItsBytes) {
+    const char bytes[] = "a\0b\n\xFF\xC3\n\n\r\nlast";
+    EXPECT_EQ(readBytes(std::string(bytes, sizeof bytes - 1)),
+              (std::vector<Line>{{std::string("a\0b", 3), false},
+                                 {"\xFF\xC3", false},
+                                 {"", false},
+                                 {"", false},
+                                 {"last", false}}));
+}
+
+TEST(LineReaderTest, OnlyTheCarriageReturnThatEndsALineIsDropped) {
+    EXPECT_EQ(readBytes("a\rb\r\nc\r"),
+              (std::vector<Line>{{"a\rb", false}, {"c", false}}));
+}
+
+TEST(LineReaderTest, EmptyInputHasNoLines) {
+    EXPECT_TRUE(readBytes("").empty());
+    EXPECT_EQ(readBytes("\n"), (std::vector<Line>{{"", false}}));
+}
+
+TEST(LineReaderTest, LongLinesKeepTheirStartAndSayTheyWereCut) {
+    EXPECT_EQ(readBytes("12345678\n123456789\n12345678\r\n1234567890\r\nx", 8),
+              (std::vector<Line>{{"12345678", false},
+                                 {"12345678", true},
+                                 {"12345678", false},
+                                 {"12345678", true},
+                                 {"x", false}}));
+    const std::string huge(1 << 20, 'y');
+    EXPECT_EQ(readBytes(huge + "\nz", 512),
+              (std::vector<Line>{{std::string(512, 'y'), true}, {"z", false}}));
+}
+
+TEST(LineReaderTest, LinesAcrossReadsAndSlowWritersArriveWhole) {
+    int fds[2];
+    ASSERT_EQ(::pipe(fds), 0);
+    std::thread writer([fd = fds[1]] {
+        const char* pieces[] = {"ab", "c\nd", "", "e\r", "\n", "f"};
+        for (const char* piece : pieces) {
+            if (::write(fd, piece, std::char_traits<char>::length(piece)) < 0) break;
+        }
+        ::close(fd);
+    });
+    const std::vector<Line> lines = readAll(fds[0], 100);
+    writer.join();
+    ::close(fds[0]);
+    EXPECT_EQ(lines, (std::vector<Line>{{"abc", false}, {"de", false}, {"f", false}}));
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+#include "tools/FdLineReader.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace zeg_tools {
+
+FdLineReader::FdLineReader(int fd, std::size_t cap) : m_fd(fd), m_cap(cap), m_buffer(65536) {}
+
+bool FdLineReader::fill() {
+    m_begin = m_end = 0;
+    while (!m_eof) {
+        const ssize_t n = ::read(m_fd, m_buffer.data(), m_buffer.size());
+        if (n > 0) {
+            m_end = static_cast<std::size_t>(n);
+            return true;
+        }
+        if (n < 0 && errno == EINTR) continue;
+        m_eof = true;
+        m_failed = n < 0;
+    }
+    return false;
+}
+
+// Keeps one byte past the cap: a line of exactly `cap` bytes may still end
+// in the carriage return of a CR LF pair, which is not part of it.
+void FdLineReader::append(std::string& line, bool& cut, const char* bytes, std::size_t n) {
+    const std::size_t keep = m_cap + 1;
+    const std::size_t room = line.size() < keep ? keep - line.size() : 0;
+    line.append(bytes, n < room ? n : room);
+    if (n > room) cut = true;
+}
+
+bool FdLineReader::next(std::string& line, bool& cut) {
+    line.clear();
+    cut = false;
+    bool any = false;
+    for (;;) {
+        if (m_begin == m_end && !fill()) break;
+        any = true;
+        const char* start = m_buffer.data() + m_begin;
+        const std::size_t n = m_end - m_begin;
+        const void* feed = std::memchr(start, '\n', n);
+        const std::size_t length = feed ? static_cast<const char*>(feed) - start : n;
+        append(line, cut, start, length);
+        m_begin += feed ? length + 1 : length;
+        if (feed) break;
+    }
+    if (!cut && !line.empty() && line.back() == '\r') line.pop_back();
+    if (line.size() > m_cap) {
+        line.resize(m_cap);
+        cut = true;
+    }
+    return any;
+}
+
+}  // namespace zeg_tools

@@ -1,0 +1,45 @@
+#ifndef ZEG_TOOLS_FDLINEREADER_H
+#define ZEG_TOOLS_FDLINEREADER_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace zeg_tools {
+
+// Reads a byte stream line by line, whatever the bytes: a line ends at a
+// line feed (a carriage return right before it is dropped too), or at the
+// end of the stream if it is not empty there. Zero bytes and invalid UTF-8
+// stay in the line. A line longer than the cap given to the constructor
+// keeps only its first `cap` bytes in memory and says that it was cut, so
+// that any line length costs bounded memory. Does not own the stream.
+// Thread safety: one object per thread.
+class FdLineReader {
+public:
+    FdLineReader(int fd, std::size_t cap);
+    FdLineReader(const FdLineReader&) = delete;
+    FdLineReader& operator=(const FdLineReader&) = delete;
+
+    // The next line into `line` (at most `cap` bytes); `cut` tells whether
+    // bytes were left out. False at the end of the stream or on a read error.
+    bool next(std::string& line, bool& cut);
+
+    // True when reading failed (not merely ended).
+    bool failed() const { return m_failed; }
+
+private:
+    bool fill();
+    void append(std::string& line, bool& cut, const char* bytes, std::size_t n);
+
+    int m_fd;
+    std::size_t m_cap;
+    std::vector<char> m_buffer;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
+    bool m_eof = false;
+    bool m_failed = false;
+};
+
+}  // namespace zeg_tools
+
+#endif
