@@ -13,7 +13,7 @@
 #include "jni/NormalizerBridge.h"
 #include "normalize/NormalizeIntf.h"
 #include "tools/JavaText.h"
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 
 namespace {
 
@@ -141,7 +141,7 @@ int run(const Options& options) {
 
     const bool terminal = isatty(STDERR_FILENO) != 0;
     Progress progress(options.progress || terminal, terminal);
-    zeg_tools::LineReader reader(STDIN_FILENO, normalize::kQueryLimitBytes);
+    zeg_tools::FdLineReader reader(STDIN_FILENO, normalize::kQueryLimitBytes);
     std::string line, out;
     bool cut = false;
     while (reader.next(line, cut)) {
