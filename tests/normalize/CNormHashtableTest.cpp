@@ -56,11 +56,4 @@ TEST(CNormHashtableTest, GbkWordsSpreadOverBothHashes) {
     EXPECT_EQ(second.size(), std::size(words));
 }
 
-TEST(CNormHashtableTest, LargeHashTypesStayInsideTheTable) {
-    EXPECT_EQ(CNormHashtable::hashString("abc", 5), CNormHashtable::hashString("abc", 0));
-    EXPECT_EQ(CNormHashtable::hashString("\xFF\xFF", 0xFFFFFFFF),
-              CNormHashtable::hashString("\xFF\xFF", 0xFFFFFFFFu % 5));
-    EXPECT_EQ(CNormHashtable::cryptTableEntry(1280), CNormHashtable::cryptTableEntry(0));
-}
-
 }  // namespace

@@ -95,17 +95,4 @@ TEST(Logger, OpenStreamSwitchesOnlyOnSuccess) {
     EXPECT_EQ(readFile(dir.file("b.log")), "[] [-ERROR]: b");
 }
 
-TEST(Logger, InitWithEmptyPathOnlyRenamesAndRelevels) {
-    Logger log;
-    EXPECT_TRUE(log.init("seg", "", Logger::LEVEL_WARN, Logger::LEVEL_WARN));
-    testing::internal::CaptureStderr();
-    log.warn("w");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "[] [seg-WARN]: w\n");
-}
-
-TEST(Logger, GetLoggerIsOneDefaultInstance) {
-    EXPECT_EQ(Logger::getLogger(), Logger::getLogger());
-    EXPECT_EQ(Logger::getLogger()->getLevel(), Logger::LEVEL_ERROR);
-}
-
 }  // namespace

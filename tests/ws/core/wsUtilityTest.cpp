@@ -56,12 +56,6 @@ TEST(Utility, SplitGranRegroupsPiecesAlongTheCoarseFields) {
     EXPECT_EQ(out, Fields({"ab", " ", "c"}));
 }
 
-TEST(Utility, SplitGranWithoutSpaceIsSplitLine) {
-    Fields out;
-    Utility::splitGran("abcd", "a;b;;c", ";", out);
-    EXPECT_EQ(out, Fields({"a", "b", "c"}));
-}
-
 TEST(Utility, ExtractWordPosSplitsTokens) {
     struct Case {
         const char* token;
@@ -84,20 +78,6 @@ TEST(Utility, ExtractWordPosSplitsTokens) {
         Utility::extractWordPos(c.token, word, pos);
         EXPECT_EQ(word, c.word) << c.token;
         EXPECT_EQ(pos, c.pos) << c.token;
-    }
-}
-
-TEST(Utility, ShowTimesPrintsFourLabelledLines) {
-    testing::internal::CaptureStdout();
-    Utility::showTimes();
-    std::istringstream lines(testing::internal::GetCapturedStdout());
-    const char* labels[] = {"User time: ", "System time: ", "Children's user time: ",
-                            "Children's system time: "};
-    for (const char* label : labels) {
-        std::string line;
-        ASSERT_TRUE(std::getline(lines, line));
-        EXPECT_EQ(line.rfind(label, 0), 0u) << line;
-        EXPECT_EQ(line.substr(line.size() - 8), " seconds") << line;
     }
 }
 

@@ -239,18 +239,4 @@ TEST_F(DATDictRoundTrip, ADictionaryLoadedFromABufferStillTakesWords) {
     EXPECT_EQ(bytes, std::string(buffer.data(), buffer.size()));
 }
 
-TEST_F(DATDictRoundTrip, ClearDataEmptiesTheDictionary) {
-    zeg_test::AlignedBuffer buffer(bytes);
-    DATDict d;
-    ASSERT_EQ(d.loadDict(buffer.data(), static_cast<unsigned>(buffer.size())), 0);
-    d.clearData();
-    EXPECT_FALSE(d.isLoaded());
-    EXPECT_EQ(d.getDataMax(), 0u);
-    for (const std::string& w : words) EXPECT_EQ(wordId(d, w), DATDict::kNotFound);
-    // And the emptied dictionary writes a file that loads.
-    DATDict again;
-    zeg_test::AlignedBuffer empty(zeg_test::serializeDict(d));
-    EXPECT_EQ(again.loadDict(empty.data(), static_cast<unsigned>(empty.size())), 0);
-}
-
 }  // namespace
