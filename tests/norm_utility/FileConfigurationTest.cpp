@@ -51,13 +51,6 @@ TEST_F(FileConfigurationTest, KeepsValueBytesVerbatim) {
     EXPECT_EQ(c.getValue("S", "BLANKS"), "");
 }
 
-TEST_F(FileConfigurationTest, UnclosedHeaderLeavesTheSectionAsItWas) {
-    FileConfiguration& c = load("[A]\n[B\nK=1\n[C] trailing text\nK=2\n");
-    EXPECT_EQ(c.getValue("A", "K"), "1");
-    EXPECT_EQ(c.getValue("C", "K"), "2");
-    EXPECT_EQ(missedMessage("B", "K"), "[B]K is missed in configuration file.");
-}
-
 TEST_F(FileConfigurationTest, DefaultsAnswerOnlyWhereTheFileIsSilent) {
     FileConfiguration& c = load("[SERVER]\nA=file\n");
     c.setDefaultValue("SERVER", "A", "default-a");

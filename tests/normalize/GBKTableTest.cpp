@@ -41,14 +41,6 @@ TEST(GBKTableTest, KnownCells) {
     EXPECT_EQ(cell(0xFE50), 0xA1F5u);  // assigned only after GBK
 }
 
-TEST(GBKTableTest, ExactlyTwoZeroLedCells) {
-    std::map<unsigned, unsigned> zeroLed;
-    forEachPair([&](unsigned code) {
-        if (cell(code) < 0x100) zeroLed[code] = cell(code);
-    });
-    EXPECT_EQ(zeroLed, (std::map<unsigned, unsigned>{{0xA1AB, '~'}, {0xA1E7, '$'}}));
-}
-
 TEST(GBKTableTest, SimplifiedFormsStayAsTheyAre) {
     // Translating twice must give what translating once gives.
     forEachPair([](unsigned code) {

@@ -71,15 +71,6 @@ TEST_F(ChunkerTest, ADelimiterEndsItsChunk) {
     EXPECT_EQ(cut(u"北京大学，好的。"), "北京大|学，|好的。");
 }
 
-TEST_F(ChunkerTest, WithoutASizeOnlyDelimitersCut) {
-    EXPECT_EQ(chunker.getChunkSize(), 0xFFFFFFFFu);
-    const std::u16string longText(5000, u'字');
-    cut(longText + u"。" + longText);
-    ASSERT_EQ(chunks.size(), 2u);
-    EXPECT_EQ(chunks[0].len, 5001u);
-    EXPECT_EQ(chunks[1].len, 5000u);
-}
-
 TEST_F(ChunkerTest, ASizeOfZeroIsRefused) {
     chunker.setChunkSize(4);
     testing::internal::CaptureStderr();

@@ -63,15 +63,6 @@ TEST(EncodeConverter, DecodesOneCharacterAndReportsBytesConsumed) {
     }
 }
 
-TEST(EncodeConverter, RefusesContinuationBytesAndFourByteLeads) {
-    for (unsigned char b : {0x80, 0xBF, 0xF0, 0xF4, 0xF8, 0xFF}) {
-        const Bytes in = {b, 0x9F, 0x98, 0x80};
-        unsigned short unit = 0x1234;
-        EXPECT_EQ(EncodeConverter::utf8ToUtf16(in.data(), &unit), 0) << int(b);
-        EXPECT_EQ(unit, 0x1234);
-    }
-}
-
 TEST(EncodeConverter, EveryCodeUnitRoundTripsThroughTheRuns) {
     Units all(0x10000);
     for (unsigned i = 0; i < all.size(); ++i) all[i] = static_cast<unsigned short>(i);

@@ -43,15 +43,6 @@ TEST(Logger, LevelGatesEachMessage) {
               "[] [seg-DEBUG]: d\n[] [seg-INFO] f.cpp:3: i\n");
 }
 
-TEST(Logger, LongMessageIsCutAt4095Bytes) {
-    Logger log;
-    const std::string big(5000, 'x');
-    testing::internal::CaptureStderr();
-    log.error("%s", big.c_str());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "[] [-ERROR]: " + std::string(4095, 'x') + "\n");
-}
-
 TEST(Logger, FileOutputAddsNoNewline) {
     zeg_test::TempDir dir;
     const std::string path = dir.file("ws.log");

@@ -30,11 +30,4 @@ TEST(WsLogger, PrintErrWritesTheFixedMessageOfEachCode) {
     EXPECT_EQ(printed(-13), at + "key1Len > keyLen\n");
 }
 
-TEST(WsLogger, PrintErrIgnoresUnknownCodes) {
-    EXPECT_EQ(printed(0), "");
-    EXPECT_EQ(printed(-14), "");
-    EXPECT_EQ(printed(3), "");
-    EXPECT_EQ(printed(-2147483647 - 1), "");
-}
-
 }  // namespace

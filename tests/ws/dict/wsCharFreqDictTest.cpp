@@ -74,12 +74,6 @@ TEST_F(CharFreqDictTest, ThresholdDecidesCharInWordStrictly) {
     EXPECT_TRUE(dict.charInWord(u'中'));
 }
 
-TEST_F(CharFreqDictTest, LaterLinesOverwriteAndBlanksSeparate) {
-    EXPECT_EQ(load("中 1 2 3 4\r\n中  \t 5 0 0 0 extra\r\n", true), "");
-    EXPECT_EQ(dict.getAloneCharProb(u'中'), 1.0f);
-    EXPECT_EQ(dict[u'中'].inWordCount, 0);
-}
-
 TEST_F(CharFreqDictTest, ABadLineFailsTheLoadButKeepsEarlierLines) {
     const std::string path = dir.file("charfreq.txt");
     EXPECT_THAT(load("中 1 2 3 4\n国 1 2 3\n大 1 1 1 1\n", false),

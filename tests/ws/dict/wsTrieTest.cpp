@@ -187,9 +187,9 @@ TYPED_TEST(TrieTest, WritesItsMagicAndLoadsByPath) {
     TypeParam byPath;
     ASSERT_TRUE(byPath.load(dir.file("t.dat").c_str()));
     EXPECT_EQ(match(byPath, u16("清華大學")), 3);
-    std::FILE* f = std::fopen(dir.file("t.dat").c_str(), "rb");
-    EXPECT_EQ(byPath.dictVersion(f), magic);
-    std::fclose(f);
+    ws::File f;
+    ASSERT_TRUE(f.open(dir.file("t.dat").c_str(), "rb"));
+    EXPECT_EQ(byPath.dictVersion(f.get()), magic);
 
     testing::internal::CaptureStderr();
     EXPECT_FALSE(byPath.load(dir.file("absent.dat").c_str()));
