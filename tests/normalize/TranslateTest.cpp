@@ -65,6 +65,8 @@ TEST_F(TranslateTest, EachModeBitAsDocumented) {
         {letters, 8 | 2, "ABC"},
         {letters, 8 | 4 | 2, "abc"},
         {letters, 16 | 4 | 2, letters},
+        {"@AZ[`az{", 4, "@az[`az{"},  // ASCII letters only, both ends
+        {"@AZ[`az{", 2, "@AZ[`AZ{"},
         {"\xA3\xA4\xA3\xFE\xA3\xB1", 8, "$~1"},  // the row keeps seven bits
         {kWo + kIdeographicSpace + kShu, 8, kWo + " " + kShu},
         {kIdeographicSpace, 16 | 4 | 2, kIdeographicSpace},

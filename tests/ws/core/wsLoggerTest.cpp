@@ -82,8 +82,10 @@ TEST(Logger, OpenStreamSwitchesOnlyOnSuccess) {
     log.error("still a");
     ASSERT_EQ(log.openStream(dir.file("b.log")), 0);
     log.error("b");
+    EXPECT_EQ(log.openStream(dir.file("missing/y.log")), -1);  // keeps b.log
+    log.error("still b");
     EXPECT_EQ(readFile(dir.file("a.log")), "[] [-ERROR]: a[] [-ERROR]: still a");
-    EXPECT_EQ(readFile(dir.file("b.log")), "[] [-ERROR]: b");
+    EXPECT_EQ(readFile(dir.file("b.log")), "[] [-ERROR]: b[] [-ERROR]: still b");
 }
 
 }  // namespace

@@ -414,6 +414,9 @@ TEST_F(DoubleTrieDamage, TruncationAtEverySectionBoundaryFails) {
 
 TEST_F(DoubleTrieDamage, MessagesNameTheDamagedTrie) {
     const std::string tooSmall = "File size too small";
+    // One entry more than the bytes after the header hold.
+    const int32_t justOver = static_cast<int32_t>((bytes.size() - 36) / 8 + 1);
+    EXPECT_EQ(load(withInt(32, justOver)), std::make_pair(tooSmall, tooSmall));
     for (int32_t n : {-1, INT32_MIN, INT32_MAX, 0x20000000}) {
         EXPECT_EQ(load(withInt(32, n)).first, tooSmall) << n;
         EXPECT_EQ(load(withInt(frontAt + 4, n)).first, "Left trie load failed: " + tooSmall) << n;
