@@ -109,43 +109,39 @@ protected:
     Segmentation s;
 };
 
-TEST_F(NumberRecognizerTest, LettersDigitsAndMixedRuns) {
-    EXPECT_EQ(recognize(u"abc123"), "abc123/letnum");
-    EXPECT_EQ(recognize(u"abc"), "abc/let");
-    EXPECT_EQ(recognize(u"123"), "123/num");
-    EXPECT_EQ(recognize(u"3a"), "3a/letnum");
-    EXPECT_EQ(recognize(u"3-a"), "3-a/letnum");
-    EXPECT_EQ(recognize(u"ab-cd"), "ab-cd/let");
-    EXPECT_EQ(recognize(u"ab-1"), "ab-1/letnum");
-    EXPECT_EQ(recognize(u"第3章abc与x1,2"), "3/num abc/let x1,2/letnum");
-}
-
-TEST_F(NumberRecognizerTest, TrailingSeparatorsNeverBelongToARun) {
-    EXPECT_EQ(recognize(u"12,元"), "12/num");
-    EXPECT_EQ(recognize(u"ab-"), "ab/let");
-    EXPECT_EQ(recognize(u"ab1-,"), "ab1/letnum");
-    EXPECT_EQ(recognize(u"3a-"), "3a/letnum");
-    EXPECT_EQ(recognize(u"1,000.5."), "1,000.5/num");
-    EXPECT_EQ(recognize(u"-5"), "5/num");
-}
-
-TEST_F(NumberRecognizerTest, EndSignsFollowOnlyADigit) {
-    EXPECT_EQ(recognize(u"3.5%"), "3.5%/num");
-    EXPECT_EQ(recognize(u"3.%"), "3/num");
-    EXPECT_EQ(recognize(u"5%‰%x"), "5%‰%/num x/let");
-    EXPECT_EQ(recognize(u"a%"), "a/let");
-    EXPECT_EQ(recognize(u"%5"), "5/num");
-}
-
-TEST_F(NumberRecognizerTest, ChineseNumeralsJoinOncePerRunAndNotAtTheEnd) {
-    EXPECT_EQ(recognize(u"一百二十两"), "一百二十两/cnum");
-    EXPECT_EQ(recognize(u"壹贰叁〇"), "壹贰叁〇/cnum");
-    EXPECT_EQ(recognize(u"三分之一"), "三分之一/cnum");
-    EXPECT_EQ(recognize(u"百分之五十元"), "百分之五十/cnum");
-    EXPECT_EQ(recognize(u"三分之一分之二"), "三分之一/cnum 二/cnum");
-    EXPECT_EQ(recognize(u"三分之"), "三/cnum");
-    EXPECT_EQ(recognize(u"三之分一"), "三/cnum 一/cnum");
-    EXPECT_EQ(recognize(u"三分一"), "三/cnum 一/cnum");
+// Trailing separators never belong to a run; end signs follow only a
+// digit; Chinese numerals join once per run and never at its end.
+TEST_F(NumberRecognizerTest, RecognisesRuns) {
+    const std::pair<std::u16string, std::string> cases[] = {
+        {u"abc123", "abc123/letnum"},
+        {u"abc", "abc/let"},
+        {u"123", "123/num"},
+        {u"3a", "3a/letnum"},
+        {u"3-a", "3-a/letnum"},
+        {u"ab-cd", "ab-cd/let"},
+        {u"ab-1", "ab-1/letnum"},
+        {u"第3章abc与x1,2", "3/num abc/let x1,2/letnum"},
+        {u"12,元", "12/num"},
+        {u"ab-", "ab/let"},
+        {u"ab1-,", "ab1/letnum"},
+        {u"3a-", "3a/letnum"},
+        {u"1,000.5.", "1,000.5/num"},
+        {u"-5", "5/num"},
+        {u"3.5%", "3.5%/num"},
+        {u"3.%", "3/num"},
+        {u"5%‰%x", "5%‰%/num x/let"},
+        {u"a%", "a/let"},
+        {u"%5", "5/num"},
+        {u"一百二十两", "一百二十两/cnum"},
+        {u"壹贰叁〇", "壹贰叁〇/cnum"},
+        {u"三分之一", "三分之一/cnum"},
+        {u"百分之五十元", "百分之五十/cnum"},
+        {u"三分之一分之二", "三分之一/cnum 二/cnum"},
+        {u"三分之", "三/cnum"},
+        {u"三之分一", "三/cnum 一/cnum"},
+        {u"三分一", "三/cnum 一/cnum"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(recognize(c.first), c.second) << c.second;
 }
 
 TEST_F(NumberRecognizerTest, RunsOfMoreThan64UnitsAreNotNumbers) {
