@@ -107,23 +107,6 @@ TEST(DATDict, WritesTheDocumentedBytes) {
     EXPECT_EQ(bytes, expected);
 }
 
-TEST(DATDict, MagicAndSizeFailures) {
-    DATDict d;
-    addWord(d, "中", 1.0f);
-    std::string bytes = zeg_test::serializeDict(d);
-    std::string other = bytes;
-    other.replace(0, 14, "BaseDict_v_1_0");
-    zeg_test::AlignedBuffer buffer(other);
-    DATDict l;
-    EXPECT_EQ(l.loadDict(buffer.data(), static_cast<unsigned>(buffer.size())),
-              ws::WS_ERR_VERSION);
-    EXPECT_EQ(zeg_test::loadDictFromStream(l, other), ws::WS_ERR_VERSION);
-    EXPECT_EQ(l.loadDict(bytes.data(), 23), ws::WS_ERR_OPEN_FILE);
-    EXPECT_EQ(zeg_test::loadDictFromStream(l, bytes.substr(0, 23)), ws::WS_ERR_FILE_TOO_SMALL);
-    EXPECT_EQ(l.loadDict(static_cast<const char*>(nullptr), 100), ws::WS_ERR_OPEN_FILE);
-    EXPECT_FALSE(l.isLoaded());
-}
-
 TEST(DATDict, WriteFailuresAreReported) {
     DATDict d;
     addWord(d, "中", 1.0f);
