@@ -138,8 +138,8 @@ TEST(AlgoIconvDetect, GuessAndStrictWalk) {
         {"\xC3\xA9\xC3\xA9\xFF", false, false},
         {"\xC3\xA9", true, false},
         {"\xE4\xB8", false, false},
-        {"a\xF0\x9F\x98\x80z", true, true},
-        {"\xF0\x9F\x98", true, false},
+        {"a\xF0\x9F\x98\x80z", false, true},
+        {"\xF0\x9F\x98", false, false},
         {"\x80", false, false},
         {"\xF8\x80\x80\x80", false, false},
     };
