@@ -4,19 +4,27 @@
 #include <cstring>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
 
 namespace {
 
 const char kUsage[] =
-    "usage: zeg-segment --config SEGMENTER.conf [--weights]\n"
+    "usage: zeg-segment --config SEGMENTER.conf [--weights | --pos [--presegmented]]\n"
     "Reads UTF-8 lines from standard input and prints each segmented, words\n"
-    "followed by a blank. --weights prints each word's types and weights.\n";
+    "followed by a blank. --weights prints each word's types and weights.\n"
+    "--pos prints word/tag, tagged by the part-of-speech tagger the configuration\n"
+    "names (TRIGRAM_POS_DICT, TRIGRAM_POS_TYPEID2TAG, TRIGRAM_POS_PATCH_DICT).\n"
+    "--presegmented keeps the input's own words (separated by blanks) and only\n"
+    "tags them.\n";
 
 struct Options {
     const char* config = nullptr;
     bool weights = false;
+    bool pos = false;
+    bool presegmented = false;
 };
 
 // 0: run; 1: help shown; 2: bad arguments (message printed).
@@ -28,6 +36,10 @@ int parseArguments(int argc, char** argv, Options& options) {
         }
         if (std::strcmp(argv[i], "--weights") == 0) {
             options.weights = true;
+        } else if (std::strcmp(argv[i], "--pos") == 0) {
+            options.pos = true;
+        } else if (std::strcmp(argv[i], "--presegmented") == 0) {
+            options.presegmented = true;
         } else if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
             options.config = argv[++i];
         } else {
@@ -39,7 +51,33 @@ int parseArguments(int argc, char** argv, Options& options) {
         std::fprintf(stderr, "zeg-segment: --config SEGMENTER.conf is required (try --help)\n");
         return 2;
     }
+    if (options.presegmented && !options.pos) {
+        std::fprintf(stderr, "zeg-segment: --presegmented needs --pos (try --help)\n");
+        return 2;
+    }
+    if (options.pos && options.weights) {
+        std::fprintf(stderr, "zeg-segment: --pos and --weights exclude each other (try --help)\n");
+        return 2;
+    }
     return 0;
+}
+
+// Prints one output line per input line; false when stdout fails.
+bool tagLines(const Options& options, ws::WsSegmenter& segmenter,
+              zeg_tools::WordTagger& tagger) {
+    std::string line;
+    std::vector<ws::WORD_UTF8_T> words;
+    while (std::getline(std::cin, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        words.clear();
+        if (!options.presegmented && !line.empty())
+            segmenter.segment(line.data(), static_cast<unsigned int>(line.size()), words);
+        const std::string& out = options.presegmented ? tagger.tagLine(line)
+                                                      : tagger.tagWords(words);
+        std::fwrite(out.data(), 1, out.size(), stdout);
+        std::fputc('\n', stdout);
+    }
+    return std::fflush(stdout) == 0;
 }
 
 }  // namespace
@@ -50,12 +88,26 @@ int main(int argc, char** argv) {
     if (parsed != 0) return parsed == 1 ? 0 : 2;
 
     ws::WsSegmenter segmenter;
+    std::ios::sync_with_stdio(false);
+    if (options.pos) {
+        zeg_tools::WordTagger tagger;
+        std::string error;
+        if (!tagger.init(options.config, error)) {
+            std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
+            return 1;
+        }
+        if (!options.presegmented && !segmenter.init(options.config)) {
+            std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
+                         options.config);
+            return 1;
+        }
+        return tagLines(options, segmenter, tagger) ? 0 : 1;
+    }
     if (!segmenter.init(options.config)) {
         std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
                      options.config);
         return 1;
     }
-    std::ios::sync_with_stdio(false);
     std::string line;
     while (std::getline(std::cin, line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
