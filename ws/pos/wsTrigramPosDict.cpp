@@ -56,6 +56,14 @@ bool isPunctuation(unsigned short c) {
            (c >= 0xFF5B && c <= 0xFF65) || c == 0x00B7 || c == 0x2014;
 }
 
+bool isHan(unsigned short c) { return c >= 0x4E00 && c <= 0x9FFF; }
+
+// Province, city, county, district, township, town, village, street, road.
+bool isPlaceSuffix(unsigned short c) {
+    return c == 0x7701 || c == 0x5E02 || c == 0x53BF || c == 0x533A || c == 0x4E61 ||
+           c == 0x9547 || c == 0x6751 || c == 0x8857 || c == 0x8DEF;
+}
+
 // Year, month, day, hour, minute, second: a number before one is a time.
 bool isTimeUnit(unsigned short c) {
     return c == 0x5E74 || c == 0x6708 || c == 0x65E5 || c == 0x65F6 || c == 0x5206 || c == 0x79D2;
@@ -382,6 +390,11 @@ void TrigramPosDict::guessFromText(const unsigned short* word, int len) {
         tag = "t";
     } else if (latin == len) {
         tag = "nx";
+    } else if (len > 2 && isPlaceSuffix(word[len - 1])) {
+        tag = "ns";
+    } else if (len == 2 && isHan(word[0]) && isHan(word[1])) {
+        // Two characters in no dictionary: most often a given name.
+        tag = "nr";
     }
     const int id = tag != nullptr ? m_tagInfo.getTagId(tag) : -1;
     if (id > 0) setTagId(id, 0.0f);
