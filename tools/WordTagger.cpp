@@ -37,15 +37,16 @@ bool WordTagger::init(const char* configPath, std::string& error) {
     return true;
 }
 
-void WordTagger::addWord(const char* utf8, unsigned bytes, unsigned short prop, int wordId) {
+void WordTagger::addWord(const std::string& utf8) {
     const size_t start = m_text.size();
-    m_text.resize(start + bytes + 1);
-    const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(utf8),
-                                               bytes, m_text.data() + start, bytes + 1);
+    m_text.resize(start + utf8.size() + 1);
+    const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(utf8.data()),
+                                               utf8.size(), m_text.data() + start,
+                                               utf8.size() + 1);
     m_text.resize(start + static_cast<size_t>(n > 0 ? n : 0));
     for (size_t at = start; at < m_text.size(); at += kMaxCell) {
         const unsigned len = static_cast<unsigned>(std::min<size_t>(kMaxCell, m_text.size() - at));
-        m_spans.push_back(Span{static_cast<unsigned>(at), len, prop, wordId});
+        m_spans.push_back(Span{static_cast<unsigned>(at), len});
     }
 }
 
@@ -53,31 +54,16 @@ const std::string& WordTagger::tagLine(const std::string& line) {
     m_text.clear();
     m_spans.clear();
     ws::Utility::splitLine(line, " \t\r\n", m_words);
-    for (const std::string& w : m_words)
-        addWord(w.data(), static_cast<unsigned>(w.size()), ws::WS_PROPERTY_WORD, -1);
-    return run();
-}
-
-const std::string& WordTagger::tagWords(const std::vector<ws::WORD_UTF8_T>& words) {
-    m_text.clear();
-    m_spans.clear();
-    for (const ws::WORD_UTF8_T& w : words) addWord(w.word, w.wordLen, w.prop, w.wordId);
-    return run();
-}
-
-const std::string& WordTagger::run() {
+    for (const std::string& w : m_words) addWord(w);
     m_out.clear();
     const unsigned len = static_cast<unsigned>(m_text.size());
     if (len == 0) return m_out;
     m_work1.resize(len);
     m_work2.resize(len);
     m_seg.init(m_text.data(), m_work1.data(), m_work2.data(), len);
-    for (const Span& s : m_spans) {
-        ws::SegmentResult::Cell& cell = m_seg.result.cells[s.start];
-        cell.len = static_cast<unsigned char>(s.len);
-        cell.prop = s.prop;
-        cell.wordId = s.wordId;
-    }
+    // Fresh cells are ordinary words without dictionary ids: the tagger
+    // looks unknown words up itself.
+    for (const Span& s : m_spans) m_seg.result.cells[s.start].len = static_cast<unsigned char>(s.len);
     m_tagger->annotate(m_seg);
     for (const Span& s : m_spans) {
         const auto utf8 = EncodeConverter::utf16ToUtf8(

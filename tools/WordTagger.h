@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "ws/core/wsTextSegmentation.h"
-#include "ws/core/wsWordRecord.h"
 #include "ws/dict/wsDictSet.h"
 #include "ws/pos/wsTrigramPosTagger.h"
 
@@ -29,20 +28,14 @@ public:
 
     // Tags the blank-separated words of a UTF-8 line.
     const std::string& tagLine(const std::string& line);
-    // Tags UTF-8 words as the segmenter returned them (their property bits
-    // and dictionary ids feed the guesses for unknown words).
-    const std::string& tagWords(const std::vector<ws::WORD_UTF8_T>& words);
 
 private:
-    // Adds one UTF-8 word to m_text and m_spans.
-    void addWord(const char* utf8, unsigned bytes, unsigned short prop, int wordId);
-    const std::string& run();
+    // Appends one UTF-8 word to m_text and m_spans.
+    void addWord(const std::string& utf8);
 
     struct Span {
         unsigned start;
         unsigned len;
-        unsigned short prop;
-        int wordId;
     };
     ws::WsDictSet m_dicts;
     std::unique_ptr<ws::TrigramPosTagger> m_tagger;

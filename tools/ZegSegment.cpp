@@ -8,6 +8,7 @@
 
 #include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
+#include "ws/core/wsWsConfig.h"
 
 namespace {
 
@@ -62,22 +63,25 @@ int parseArguments(int argc, char** argv, Options& options) {
     return 0;
 }
 
-// Prints one output line per input line; false when stdout fails.
-bool tagLines(const Options& options, ws::WsSegmenter& segmenter,
-              zeg_tools::WordTagger& tagger) {
+// Tags the blank-separated words of each line; false when stdout fails.
+bool tagLines(zeg_tools::WordTagger& tagger) {
     std::string line;
-    std::vector<ws::WORD_UTF8_T> words;
     while (std::getline(std::cin, line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        words.clear();
-        if (!options.presegmented && !line.empty())
-            segmenter.segment(line.data(), static_cast<unsigned int>(line.size()), words);
-        const std::string& out = options.presegmented ? tagger.tagLine(line)
-                                                      : tagger.tagWords(words);
+        const std::string& out = tagger.tagLine(line);
         std::fwrite(out.data(), 1, out.size(), stdout);
         std::fputc('\n', stdout);
     }
     return std::fflush(stdout) == 0;
+}
+
+// The segmenter, with the tagger switched on when `pos` asks for it.
+bool initSegmenter(const Options& options, ws::WsSegmenter& segmenter) {
+    if (!options.pos) return segmenter.init(options.config);
+    ws::WsConfig config;
+    if (!config.init(options.config)) return false;
+    config.enablePosTagger = 1;
+    return segmenter.init(&config);
 }
 
 }  // namespace
@@ -87,23 +91,18 @@ int main(int argc, char** argv) {
     const int parsed = parseArguments(argc, argv, options);
     if (parsed != 0) return parsed == 1 ? 0 : 2;
 
-    ws::WsSegmenter segmenter;
     std::ios::sync_with_stdio(false);
-    if (options.pos) {
+    if (options.presegmented) {
         zeg_tools::WordTagger tagger;
         std::string error;
         if (!tagger.init(options.config, error)) {
             std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
             return 1;
         }
-        if (!options.presegmented && !segmenter.init(options.config)) {
-            std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
-                         options.config);
-            return 1;
-        }
-        return tagLines(options, segmenter, tagger) ? 0 : 1;
+        return tagLines(tagger) ? 0 : 1;
     }
-    if (!segmenter.init(options.config)) {
+    ws::WsSegmenter segmenter;
+    if (!initSegmenter(options, segmenter)) {
         std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
                      options.config);
         return 1;

@@ -198,7 +198,7 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
                       "\n")
                   .find("load number-rule-file : " + dir.file("none.txt") + " fail!"),
               std::string::npos);
-    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("ENABLE_POS_TAGGER"), std::string::npos);
+    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("init POS-tagger fail!"), std::string::npos);
     EXPECT_NE(initLog("ENABLE_POS_TAGGER = 2\n").find("ENABLE_POS_TAGGER is error"),
               std::string::npos);
     EXPECT_NE(initLog("ENABLE_CORRECT_PHRASE = true\n").find("ENABLE_CORRECT_PHRASE"),
