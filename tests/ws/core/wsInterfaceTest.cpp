@@ -9,6 +9,7 @@
 #include "support/DictionaryFiles.h"
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 using ws::WsSegmenter;
 
@@ -216,6 +217,33 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     std::vector<ws::WORD_UTF8_T> words;
     EXPECT_FALSE(seg.segment("北京", 6, words));
     EXPECT_EQ(seg.segment("北京", 6, 0), nullptr);
+}
+
+TEST_F(WsSegmenterTest, TaggerStageAddsTagsToTheTextOutput) {
+    const char* const files[][2] = {{"tags", "n\nns\nnt\nv\n"},
+                                    {"freq", "50 n\n10 ns\n10 nt\n30 v\n"},
+                                    {"init", "5 nt\n"},
+                                    {"bigrams", "4 nt n\n"},
+                                    {"trigrams", ""},
+                                    {"words", "学生 n/5\n"}};
+    for (const auto& f : files) dir.write(f[0], f[1]);
+    ws::TrigramPosDict dict(nullptr);
+    testing::internal::CaptureStdout();
+    ASSERT_EQ(dict.loadFromFiles(dir.file("tags").c_str(), dir.file("freq").c_str(),
+                                 dir.file("init").c_str(), dir.file("bigrams").c_str(),
+                                 dir.file("trigrams").c_str(), dir.file("words").c_str()),
+              0);
+    testing::internal::GetCapturedStdout();
+    ASSERT_EQ(dict.writeDict(dir.file("pos.dict").c_str()), 0);
+    // Property ids of the base dictionary: ns 1, nt 2, n 3.
+    dir.write("typeid2tag.txt", "1 ns\n2 nt\n3 n\n");
+    ASSERT_TRUE(seg.init(config("ENABLE_POS_TAGGER = 1\nTRIGRAM_POS_DICT = " + dir.file("pos.dict") +
+                                "\nTRIGRAM_POS_TYPEID2TAG = " + dir.file("typeid2tag.txt") + "\n")
+                             .c_str()));
+    EXPECT_EQ(text("清华大学学生"), "清华大学/nt 学生/n ");
+    EXPECT_EQ(seg.getTagId("nt"), 3);
+    EXPECT_STREQ(seg.getTagName(3), "nt");
+    EXPECT_EQ(seg.getTagId("x"), -1);
 }
 
 TEST_F(WsSegmenterTest, SwitchedOffStagesDoNotStopInit) {
