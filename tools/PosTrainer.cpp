@@ -32,9 +32,9 @@ void splitBlanks(const std::string& line, std::vector<std::string>& out) {
 
 }  // namespace
 
-const char* const PosTrainer::kFileNames[6] = {"pos_tags.txt",    "pos_tag_freq.txt",
+const char* const PosTrainer::kFileNames[6] = {"pos_tags.txt",      "pos_tag_freq.txt",
                                                "pos_init_tags.txt", "pos_bigrams.txt",
-                                               "pos_trigrams.txt", "pos_word_tags.txt"};
+                                               "pos_trigrams.txt",  "pos_word_tags.txt"};
 
 bool PosTrainer::splitToken(const std::string& token, std::string& word, std::string& tag) {
     std::string t = token;
@@ -48,9 +48,12 @@ bool PosTrainer::splitToken(const std::string& token, std::string& word, std::st
     tag = t.substr(slash + 1);
     for (char c : tag)
         if (!isTagChar(c)) return false;
-    if (tag == "vvn") tag = "vn";
-    else if (tag == "na") tag = "n";
-    else if (tag == "Yg") tag = "y";
+    if (tag == "vvn")
+        tag = "vn";
+    else if (tag == "na")
+        tag = "n";
+    else if (tag == "Yg")
+        tag = "y";
     return true;
 }
 

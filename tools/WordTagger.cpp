@@ -41,8 +41,7 @@ void WordTagger::addWord(const std::string& utf8) {
     const size_t start = m_text.size();
     m_text.resize(start + utf8.size() + 1);
     const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(utf8.data()),
-                                               utf8.size(), m_text.data() + start,
-                                               utf8.size() + 1);
+                                               utf8.size(), m_text.data() + start, utf8.size() + 1);
     m_text.resize(start + static_cast<size_t>(n > 0 ? n : 0));
     for (size_t at = start; at < m_text.size(); at += kMaxCell) {
         const unsigned len = static_cast<unsigned>(std::min<size_t>(kMaxCell, m_text.size() - at));
@@ -63,7 +62,8 @@ const std::string& WordTagger::tagLine(const std::string& line) {
     m_seg.init(m_text.data(), m_work1.data(), m_work2.data(), len);
     // Fresh cells are ordinary words without dictionary ids: the tagger
     // looks unknown words up itself.
-    for (const Span& s : m_spans) m_seg.result.cells[s.start].len = static_cast<unsigned char>(s.len);
+    for (const Span& s : m_spans)
+        m_seg.result.cells[s.start].len = static_cast<unsigned char>(s.len);
     m_tagger->annotate(m_seg);
     for (const Span& s : m_spans) {
         const auto utf8 = EncodeConverter::utf16ToUtf8(

@@ -184,18 +184,18 @@ int ZegDict::runPos(const Options& options) {
         return it != options.values.end() ? it->second : std::string();
     };
     const bool patch = !value("patch-input").empty() || !value("patch-output").empty();
-    const bool typeMap = !value("properties").empty() || !value("tag-map").empty() ||
-                         !value("typeid2tag").empty();
+    const bool typeMap =
+        !value("properties").empty() || !value("tag-map").empty() || !value("typeid2tag").empty();
     if (patch && (value("patch-input").empty() || value("patch-output").empty()))
         return usageError("pos: --patch-input and --patch-output go together");
-    if (typeMap && (value("properties").empty() || value("tag-map").empty() ||
-                    value("typeid2tag").empty()))
+    if (typeMap &&
+        (value("properties").empty() || value("tag-map").empty() || value("typeid2tag").empty()))
         return usageError("pos: --properties, --tag-map and --typeid2tag go together");
     std::string files[6];
     for (int i = 0; i < 6; ++i) files[i] = dir + "/" + PosTrainer::kFileNames[i];
     ws::TrigramPosDict dict(nullptr);
-    if (dict.loadFromFiles(files[0].c_str(), files[1].c_str(), files[2].c_str(),
-                           files[3].c_str(), files[4].c_str(), files[5].c_str()) != 0) {
+    if (dict.loadFromFiles(files[0].c_str(), files[1].c_str(), files[2].c_str(), files[3].c_str(),
+                           files[4].c_str(), files[5].c_str()) != 0) {
         m_err << "zeg-dict: cannot build the tagger's model from " << dir << '\n';
         return 1;
     }
@@ -207,8 +207,8 @@ int ZegDict::runPos(const Options& options) {
     }
     if (patch && compilePatch(dict, value("patch-input"), value("patch-output"), m_err) != 0)
         return 1;
-    if (typeMap && writeTypeMap(dict, value("properties"), value("tag-map"), value("typeid2tag"),
-                                m_err) != 0)
+    if (typeMap &&
+        writeTypeMap(dict, value("properties"), value("tag-map"), value("typeid2tag"), m_err) != 0)
         return 1;
     return 0;
 }

@@ -1,11 +1,10 @@
 // zeg-dict pos-train and pos, from a tiny corpus to the tagger's files.
-#include "tools/PosTrainer.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "support/TempDir.h"
+#include "tools/PosTrainer.h"
 #include "tools/ZegDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
@@ -20,10 +19,10 @@ int zegDict(const std::vector<std::string>& args, std::string& err) {
 
 TEST(PosTrainer, CountsInnerWordsOfCompoundsAndMendsTypos) {
     zeg_test::TempDir dir;
-    const std::string corpus = dir.write(
-        "c.txt",
-        "19980101-01-001-001/m  [中央/n  人民/n  电台/n]nt  报道/vvn  ，/w  坏/\n"
-        "19980101-01-001-002/m  人民/na  报道/v\n");
+    const std::string corpus =
+        dir.write("c.txt",
+                  "19980101-01-001-001/m  [中央/n  人民/n  电台/n]nt  报道/vvn  ，/w  坏/\n"
+                  "19980101-01-001-002/m  人民/na  报道/v\n");
     std::string err;
     ASSERT_EQ(zegDict({"pos-train", "--input", corpus, "--output-dir", dir.path()}, err), 0);
     EXPECT_NE(err.find("7 tokens, 5 words, 1 malformed tokens skipped"), std::string::npos) << err;
@@ -53,8 +52,8 @@ TEST(PosTrainer, CountsInnerWordsOfCompoundsAndMendsTypos) {
     const char* list = dict.getWordInfoBuf("电台", 6, nullptr);
     ASSERT_EQ(ws::TrigramPosDict::getNumTags(list), 1);
     EXPECT_STREQ(dict.getTagName(ws::TrigramPosDict::getTagIdAt(list, 0)), "v");
-    EXPECT_EQ(zegDict({"pos", "--model-dir", dir.path(), "--output", dir.file("x"),
-                       "--patch-input", dir.file("patch.txt")},
+    EXPECT_EQ(zegDict({"pos", "--model-dir", dir.path(), "--output", dir.file("x"), "--patch-input",
+                       dir.file("patch.txt")},
                       err),
               2);
 }

@@ -20,7 +20,8 @@ bool PosTextReader::next(const std::string& delims, std::vector<std::string>& fi
         if (m_piece.back() != '\n' && m_piece.size() > kMaxLine) {
             report("line too long");
             // The rest of the line comes in further pieces; drop them.
-            while (m_reader.next(m_piece) && m_piece.back() != '\n') {}
+            while (m_reader.next(m_piece) && m_piece.back() != '\n') {
+            }
             continue;
         }
         Utility::splitLine(m_piece, delims + "\n", fields);

@@ -124,8 +124,8 @@ int TagInfo::loadTagNames(const char* path) {
         names.push_back(fields[0]);
     }
     if (reader.failed() || names.empty() || names.size() > static_cast<size_t>(kMaxTags)) {
-        std::cerr << path << ": " << (reader.failed() ? std::strerror(errno) : "no usable tag names")
-                  << '\n';
+        std::cerr << path << ": "
+                  << (reader.failed() ? std::strerror(errno) : "no usable tag names") << '\n';
         return -1;
     }
     size_t bytes = 0;
@@ -145,8 +145,8 @@ int TagInfo::loadTagNames(const char* path) {
     return 0;
 }
 
-int TagInfo::loadCounts(const char* path, const char* what, int arity,
-                        const std::string& delims, std::vector<CountLine>& lines) const {
+int TagInfo::loadCounts(const char* path, const char* what, int arity, const std::string& delims,
+                        std::vector<CountLine>& lines) const {
     lines.clear();
     PosTextReader reader;
     if (!m_init || !reader.open(path)) {

@@ -26,9 +26,7 @@ int32_t readInt(const char* p) {
     return v;
 }
 
-bool isDigit(unsigned short c) {
-    return (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19);
-}
+bool isDigit(unsigned short c) { return (c >= '0' && c <= '9') || (c >= 0xFF10 && c <= 0xFF19); }
 
 bool isLatin(unsigned short c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= 0xFF21 && c <= 0xFF3A) ||
@@ -60,8 +58,8 @@ bool isHan(unsigned short c) { return c >= 0x4E00 && c <= 0x9FFF; }
 
 // Province, city, county, district, township, town, village, street, road.
 bool isPlaceSuffix(unsigned short c) {
-    return c == 0x7701 || c == 0x5E02 || c == 0x53BF || c == 0x533A || c == 0x4E61 ||
-           c == 0x9547 || c == 0x6751 || c == 0x8857 || c == 0x8DEF;
+    return c == 0x7701 || c == 0x5E02 || c == 0x53BF || c == 0x533A || c == 0x4E61 || c == 0x9547 ||
+           c == 0x6751 || c == 0x8857 || c == 0x8DEF;
 }
 
 // Year, month, day, hour, minute, second: a number before one is a time.
@@ -110,8 +108,8 @@ int TrigramPosDict::loadDict(const char* path) {
         clear();
         return WS_ERR_OPEN_FILE;
     }
-    const unsigned size = map->length() > UINT_MAX ? UINT_MAX
-                                                   : static_cast<unsigned>(map->length());
+    const unsigned size =
+        map->length() > UINT_MAX ? UINT_MAX : static_cast<unsigned>(map->length());
     const int rc = _loadFromMem(static_cast<const char*>(addr), size);
     if (rc == 0) m_map = std::move(map);
     return rc;
@@ -192,9 +190,8 @@ int TrigramPosDict::readWordTags(const char* path, std::vector<WordTags>& words)
         }
         WordTags w;
         const EncodeConverter::Utf16String units =
-            EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(bytes(fields[0].data()),
-                                                                     bytes(fields[0].data()) +
-                                                                         fields[0].size()));
+            EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(
+                bytes(fields[0].data()), bytes(fields[0].data()) + fields[0].size()));
         w.word.assign(units.begin(), units.end());
         for (size_t i = 1; i < fields.size(); ++i) {
             Utility::extractWordPos(fields[i], tag, count);
@@ -220,9 +217,8 @@ int TrigramPosDict::readWordTags(const char* path, std::vector<WordTags>& words)
     return reader.failed() ? -1 : 0;
 }
 
-int TrigramPosDict::loadFromFiles(const char* tagNames, const char* tagFreq,
-                                  const char* initTags, const char* bigrams,
-                                  const char* trigrams, const char* wordTags) {
+int TrigramPosDict::loadFromFiles(const char* tagNames, const char* tagFreq, const char* initTags,
+                                  const char* bigrams, const char* trigrams, const char* wordTags) {
     clear();
     if (m_tagInfo.loadTagInfo(tagNames, tagFreq, initTags, bigrams, trigrams) != 0) return -1;
     std::vector<WordTags> words;
@@ -242,8 +238,8 @@ int TrigramPosDict::loadFromFiles(const char* tagNames, const char* tagFreq,
         const int key = m_trie->match(bytes(w.word.data()), static_cast<int>(w.word.size() * 2));
         if (key > 0) {
             const std::string utf8 = reinterpret_cast<const char*>(
-                EncodeConverter::utf16ToUtf8(EncodeConverter::Utf16String(w.word.begin(),
-                                                                          w.word.end()))
+                EncodeConverter::utf16ToUtf8(
+                    EncodeConverter::Utf16String(w.word.begin(), w.word.end()))
                     .c_str());
             std::cerr << utf8 << " in dictionary already, entry ignored\n";
             continue;
@@ -307,8 +303,8 @@ char* TrigramPosDict::nextGuessBuffer() {
 
 const char* TrigramPosDict::patchedList(const unsigned short* word, int len) {
     if (!m_patch || !m_patch->isLoaded()) return nullptr;
-    const char* entry = m_patch->match(reinterpret_cast<const char*>(word),
-                                       static_cast<unsigned>(len) * 2);
+    const char* entry =
+        m_patch->match(reinterpret_cast<const char*>(word), static_cast<unsigned>(len) * 2);
     if (entry == nullptr) return nullptr;
     const float value = DATDict::recordWeight(entry);
     if (!(value >= 1.0f && value <= static_cast<float>(m_tagInfo.getNumTags()))) return nullptr;
@@ -317,8 +313,7 @@ const char* TrigramPosDict::patchedList(const unsigned short* word, int len) {
     return m_guess[m_guessIndex];
 }
 
-const char* TrigramPosDict::getWordInfoBuf(const unsigned short* word, int len,
-                                           const WORD_T* rec) {
+const char* TrigramPosDict::getWordInfoBuf(const unsigned short* word, int len, const WORD_T* rec) {
     if (word == nullptr || len < 1 || len > INT_MAX / 2) return guessWordInfo(word, 0, rec);
     if (const char* patched = patchedList(word, len)) return patched;
     const int offset = m_trie->match(bytes(word), len * 2);
@@ -334,8 +329,7 @@ const char* TrigramPosDict::getWordInfoBuf(const char* utf8, int len, const WORD
     return getWordInfoBuf(units.data(), n, rec);
 }
 
-const char* TrigramPosDict::guessWordInfo(const unsigned short* word, int len,
-                                          const WORD_T* rec) {
+const char* TrigramPosDict::guessWordInfo(const unsigned short* word, int len, const WORD_T* rec) {
     char* buf = nextGuessBuffer();
     if (word != nullptr && len > 0) guessFromDictionary(word, len, rec);
     if (rec != nullptr) guessFromProperty(rec->prop);
@@ -344,8 +338,7 @@ const char* TrigramPosDict::guessWordInfo(const unsigned short* word, int len,
     return buf;
 }
 
-void TrigramPosDict::guessFromDictionary(const unsigned short* word, int len,
-                                         const WORD_T* rec) {
+void TrigramPosDict::guessFromDictionary(const unsigned short* word, int len, const WORD_T* rec) {
     if (m_dicts == nullptr || m_typeToTagId.empty()) return;
     int id = rec != nullptr ? rec->wordId : -1;
     if (id < 0) id = m_dicts->getWordId(word, static_cast<unsigned>(len), 7);
@@ -438,7 +431,7 @@ void TrigramPosDict::setDefaultProbs() {
     static const struct {
         const char* tag;
         float score;
-    } kDefaults[] = {{"n", 10.0f}, {"ns", -7.0f}, {"nt", -9.0f},
+    } kDefaults[] = {{"n", 10.0f},   {"ns", -7.0f}, {"nt", -9.0f},
                      {"nr", -11.0f}, {"v", -10.0f}, {"a", -11.0f}};
     if (m_guessIndex < 0) nextGuessBuffer();
     char* list = m_guess[m_guessIndex];
@@ -462,8 +455,8 @@ void TrigramPosDict::setNewWordTags(int numTags) {
     m_newWordTags[0] = static_cast<char>(n);
     for (int i = 0; i < n; ++i) {
         m_newWordTags[static_cast<size_t>(1 + i)] = static_cast<char>(i);
-        std::memcpy(&m_newWordTags[static_cast<size_t>(4 * ((n + 4) / 4) + 4 * i)],
-                    &kNewWordScore, 4);
+        std::memcpy(&m_newWordTags[static_cast<size_t>(4 * ((n + 4) / 4) + 4 * i)], &kNewWordScore,
+                    4);
     }
 }
 

@@ -16,7 +16,8 @@ const size_t kNodeStep = 1024;
 }  // namespace
 
 TrigramPosTagger::TrigramPosTagger(WsDictSet* dicts)
-    : m_dicts(dicts), m_record(nullptr, 0, nullptr, 0, WS_PROPERTY_WORD, 0, -1, nullptr, 0, 0, -1) {}
+    : m_dicts(dicts),
+      m_record(nullptr, 0, nullptr, 0, WS_PROPERTY_WORD, 0, -1, nullptr, 0, 0, -1) {}
 
 TrigramPosTagger::~TrigramPosTagger() = default;
 
@@ -119,7 +120,7 @@ int TrigramPosTagger::annotate(TextSegmentation& seg) {
     m_nodeCount = 0;
     if (m_tags.size() < static_cast<size_t>(n)) m_tags.resize(static_cast<size_t>(n));
     decode(seg, n);
-    for (int k = 0; k < n; ++k) 
+    for (int k = 0; k < n; ++k)
         seg.result.cells[m_wordStart[static_cast<size_t>(k)]].tag = m_tags[static_cast<size_t>(k)];
     return 0;
 }
@@ -162,8 +163,7 @@ void TrigramPosTagger::decodeFirstTwo(const char* l0, const char* l1) {
         const int a = TrigramPosDict::getTagIdAt(l0, i) - 1;
         for (int j = 0; j < TrigramPosDict::getNumTags(l1); ++j) {
             const int b = TrigramPosDict::getTagIdAt(l1, j) - 1;
-            score[a * t + b] =
-                m_bigram[a * t + b] + m_first[a] + TrigramPosDict::getProbAt(l1, j);
+            score[a * t + b] = m_bigram[a * t + b] + m_first[a] + TrigramPosDict::getProbAt(l1, j);
             node[a * t + b] = -1;
         }
     }

@@ -24,16 +24,18 @@ PosModelFiles writeRandom(const TempDir& dir, unsigned seed) {
         for (const char* b : kPosTags) {
             if (rng() % 2 == 0) bigrams << count(50) << ' ' << a << ' ' << b << '\n';
             for (const char* c : kPosTags)
-                if (rng() % 3 == 0) trigrams << count(20) << ' ' << a << ' ' << b << ' ' << c << '\n';
+                if (rng() % 3 == 0)
+                    trigrams << count(20) << ' ' << a << ' ' << b << ' ' << c << '\n';
         }
     }
     for (const char* w : kWords) {
         words << w;
-        for (int n = count(3), i = 0; i < n; ++i) words << ' ' << kPosTags[i * 3 + rng() % 3] << '/' << count(40);
+        for (int n = count(3), i = 0; i < n; ++i)
+            words << ' ' << kPosTags[i * 3 + rng() % 3] << '/' << count(40);
         words << '\n';
     }
-    return {dir.write("tags.txt", names.str()), dir.write("freq.txt", freq.str()),
-            dir.write("init.txt", init.str()), dir.write("bigrams.txt", bigrams.str()),
+    return {dir.write("tags.txt", names.str()),        dir.write("freq.txt", freq.str()),
+            dir.write("init.txt", init.str()),         dir.write("bigrams.txt", bigrams.str()),
             dir.write("trigrams.txt", trigrams.str()), dir.write("words.txt", words.str())};
 }
 
@@ -46,7 +48,8 @@ PosModelFiles writePosModel(const TempDir& dir, unsigned seed) {
     // Every tag 100 times, so a word's score is ln(count / 100).
     std::string freq;
     for (const char* t : kPosTags) freq += "100 " + std::string(t) + "\n";
-    return {dir.write("tags.txt", names), dir.write("freq.txt", freq),
+    return {dir.write("tags.txt", names),
+            dir.write("freq.txt", freq),
             dir.write("init.txt", "60 n\n30 v\n10 r\n"),
             dir.write("bigrams.txt", "50 n v\n20 v n\n10 a n\n"),
             dir.write("trigrams.txt", "10 n v n\n5 a n v\n"),

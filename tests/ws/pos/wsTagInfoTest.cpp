@@ -1,6 +1,4 @@
 // The tag model from its five text files and as an in-place binary block.
-#include "ws/pos/wsTagInfo.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "PosTestModel.h"
+#include "ws/pos/wsTagInfo.h"
 
 namespace {
 

@@ -1,7 +1,5 @@
 // The word-tag dictionary: trained lists, guesses for unknown words, the
 // patch and type-id files, and damaged files.
-#include "ws/pos/wsTrigramPosDict.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -14,6 +12,7 @@
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsDictSet.h"
 #include "ws/pos/wsTagInfo.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace {
 
@@ -46,8 +45,8 @@ protected:
     }
     Tags lookUp(const std::string& word, unsigned short prop = ws::WS_PROPERTY_WORD) {
         const auto w = utf16(word);
-        ws::WORD_T rec(w.data(), static_cast<unsigned>(w.size()), nullptr, 0, prop, 0, -1,
-                       nullptr, 0, 0, -1);
+        ws::WORD_T rec(w.data(), static_cast<unsigned>(w.size()), nullptr, 0, prop, 0, -1, nullptr,
+                       0, 0, -1);
         return tags(dict.getWordInfoBuf(w.data(), static_cast<int>(w.size()), &rec));
     }
 
@@ -87,10 +86,11 @@ TEST_F(PosDictTest, UnknownWordsAreGuessed) {
 TEST_F(PosDictTest, SetTagIdAddsToListedTagsAndInsertsAfterTies) {
     dict.guessWordInfo(nullptr, 0, nullptr);  // the six defaults
     const char* list = dict.guessWordInfo(nullptr, 0, nullptr);
-    EXPECT_EQ(dict.setTagId(dict.getTagId("v"), 25.0f), 6);   // -10 + 25 = 15 > 10
-    EXPECT_EQ(dict.setTagId(dict.getTagId("u"), -9.0f), 7);   // after nt's -9
-    EXPECT_EQ(tags(list), (Tags{{"v", 15}, {"n", 10}, {"ns", -7}, {"nt", -9}, {"u", -9},
-                                {"nr", -11}, {"a", -11}}));
+    EXPECT_EQ(dict.setTagId(dict.getTagId("v"), 25.0f), 6);  // -10 + 25 = 15 > 10
+    EXPECT_EQ(dict.setTagId(dict.getTagId("u"), -9.0f), 7);  // after nt's -9
+    EXPECT_EQ(
+        tags(list),
+        (Tags{{"v", 15}, {"n", 10}, {"ns", -7}, {"nt", -9}, {"u", -9}, {"nr", -11}, {"a", -11}}));
 }
 
 TEST_F(PosDictTest, TheLastThreeGuessesStayValid) {
@@ -111,8 +111,8 @@ TEST_F(PosDictTest, DictionaryPropertiesAndThePatchDecide) {
     ws::TrigramPosDict withSet(&set);
     ASSERT_EQ(withSet.loadDict(path.c_str()), 0);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(withSet.loadTypeId2TagNameFile(dir.write("map.txt", "1 ns\n2 v\n3 zz\nfoo\n").c_str()),
-              0);
+    EXPECT_EQ(
+        withSet.loadTypeId2TagNameFile(dir.write("map.txt", "1 ns\n2 v\n3 zz\nfoo\n").c_str()), 0);
     EXPECT_EQ(withSet.loadTypeId2TagNameFile(dir.file("absent").c_str()), -1);
     const std::string err = testing::internal::GetCapturedStderr();
     EXPECT_NE(err.find("map.txt:3: "), std::string::npos);
@@ -120,8 +120,7 @@ TEST_F(PosDictTest, DictionaryPropertiesAndThePatchDecide) {
     EXPECT_NE(err.find("can not open TypeIdTag File"), std::string::npos);
     EXPECT_EQ(withSet.typeMapSize(), 2u);
     const auto tokyo = utf16("东京"), beijing = utf16("北京");
-    EXPECT_EQ(tags(withSet.getWordInfoBuf(tokyo.data(), 2, nullptr)),
-              (Tags{{"ns", ln(501.0)}}));
+    EXPECT_EQ(tags(withSet.getWordInfoBuf(tokyo.data(), 2, nullptr)), (Tags{{"ns", ln(501.0)}}));
 
     ws::BaseDict patch;
     float nr = static_cast<float>(dict.getTagId("nr"));

@@ -1,7 +1,5 @@
 // The trigram tagger: hand-checked small cases, and Viterbi against every
 // tag sequence on random models.
-#include "ws/pos/wsTrigramPosTagger.h"
-
 #include <gtest/gtest.h>
 
 #include <random>
@@ -11,6 +9,7 @@
 #include "support/AllocationCounter.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsTextSegmentation.h"
+#include "ws/pos/wsTrigramPosTagger.h"
 
 namespace {
 
@@ -30,14 +29,17 @@ protected:
                                  unsigned short prop = ws::WS_PROPERTY_WORD) {
         text.clear();
         for (const std::string& w : words) {
-            const auto u = EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(w.begin(), w.end()));
+            const auto u =
+                EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(w.begin(), w.end()));
             text.insert(text.end(), u.begin(), u.end());
         }
         work.resize(text.size());
         seg.init(text.data(), work.data(), work.data(), static_cast<unsigned>(text.size()));
         size_t at = 0;
         for (const std::string& w : words) {
-            const size_t len = EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(w.begin(), w.end())).size();
+            const size_t len =
+                EncodeConverter::utf8ToUtf16(EncodeConverter::Utf8String(w.begin(), w.end()))
+                    .size();
             seg.result.cells[at].len = static_cast<unsigned char>(len);
             at += len;
         }
@@ -90,14 +92,18 @@ protected:
         double s = 0;
         std::vector<int> ids;
         for (size_t k = 0; k < words.size(); ++k) {
-            const char* l = const_cast<ws::TrigramPosDict*>(tagger.dict())
-                                ->getWordInfoBuf(words[k].data(), static_cast<int>(words[k].size()), nullptr);
+            const char* l =
+                const_cast<ws::TrigramPosDict*>(tagger.dict())
+                    ->getWordInfoBuf(words[k].data(), static_cast<int>(words[k].size()), nullptr);
             const int c = info.getTagId(tags[k].c_str()) - 1;
             for (int i = 0; i < ws::TrigramPosDict::getNumTags(l); ++i)
-                if (ws::TrigramPosDict::getTagIdAt(l, i) - 1 == c) s += ws::TrigramPosDict::getProbAt(l, i);
+                if (ws::TrigramPosDict::getTagIdAt(l, i) - 1 == c)
+                    s += ws::TrigramPosDict::getProbAt(l, i);
             if (k == 0) s += info.getInitTagProbVector()[c];
             if (k == 1) s += info.getBigramTagTransProbMatrix()[ids[0] * t + c];
-            if (k >= 2) s += info.getSmoothedTrigramTagTransProbMatrix()[(ids[k - 2] * t + ids[k - 1]) * t + c];
+            if (k >= 2)
+                s += info.getSmoothedTrigramTagTransProbMatrix()[(ids[k - 2] * t + ids[k - 1]) * t +
+                                                                 c];
             ids.push_back(c);
         }
         return s;
