@@ -82,7 +82,8 @@ def score_joint(paragraphs, tagged):
         found_n += len(f)
         joint_right += len(g & f)
         words_right += len({s[:2] for s in g} & {s[:2] for s in f})
-    return f1(gold_n, found_n, words_right), f1(gold_n, found_n, joint_right)
+    return (f1(gold_n, found_n, words_right), f1(gold_n, found_n, joint_right),
+            joint_right / words_right if words_right else 0.0)
 
 
 def accuracy(paragraphs, tagged, vocabulary):
@@ -130,11 +131,10 @@ def main():
         counts[False][0] / max(counts[False][1], 1), counts[False][1]))
 
     raw = run(base, ["".join(w for w, _ in p) for p in paragraphs])
-    word_f1, joint_f1 = score_joint(paragraphs, raw)
-    print("(b) zeg from raw text: word F1 %.4f, joint word+tag F1 %.4f" % (word_f1, joint_f1))
+    line = "word F1 %.4f, joint word+tag F1 %.4f, tag right on %.4f of the words cut right"
+    print("(b) zeg from raw text: " + line % score_joint(paragraphs, raw))
     if args.jieba:
-        word_f1, joint_f1 = score_joint(paragraphs, jieba_tagged(paragraphs))
-        print("    jieba posseg:      word F1 %.4f, joint word+tag F1 %.4f" % (word_f1, joint_f1))
+        print("    jieba posseg:      " + line % score_joint(paragraphs, jieba_tagged(paragraphs)))
 
 
 if __name__ == "__main__":
