@@ -185,7 +185,7 @@ int TrigramPosDict::readWordTags(const char* path, std::vector<WordTags>& words)
     std::string tag, count;
     while (reader.next(" \t\r", fields)) {
         if (fields.size() < 2) {
-            std::cerr << "IGNORED: " << fields[0] << '\n';
+            reader.report("IGNORED: " + fields[0]);
             continue;
         }
         WordTags w;
