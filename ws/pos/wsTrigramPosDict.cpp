@@ -335,6 +335,8 @@ const char* TrigramPosDict::guessWordInfo(const unsigned short* word, int len, c
     if (rec != nullptr) guessFromProperty(rec->prop);
     if (buf[0] == 0 && word != nullptr && len > 0) guessFromText(word, len);
     if (buf[0] == 0) setDefaultProbs();
+    // A model without any of the default tags still gives every word a tag.
+    if (buf[0] == 0 && m_tagInfo.getNumTags() > 0) setTagId(1, 0.0f);
     return buf;
 }
 

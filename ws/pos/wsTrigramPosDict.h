@@ -83,7 +83,7 @@ public:
 
     // The tag list of a word (`len` UTF-16 units): the patched tag, the
     // trained list, or a guess. `rec` (may be null) gives the word's
-    // property bits and dictionary id for the guess. Never null once a tag
+    // property bits and dictionary id for the guess. Never empty once a tag
     // model is loaded; the list is valid until three more lookups.
     const char* getWordInfoBuf(const unsigned short* word, int len, const WORD_T* rec);
     // As above for UTF-8 text of `len` bytes.
