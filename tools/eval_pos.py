@@ -10,11 +10,16 @@ zeg-dict pos-train reads them). Reports
   (b) word F1 and joint word+tag F1 when zeg-segment --pos cuts and tags
       the raw characters.
 With --jieba, python3-jieba's posseg is scored on (b) too, its tags folded
-onto the corpus's.
+onto the corpus's. With --throughput MB, the corpus's raw text, repeated to
+at least MB megabytes, is segmented with and without the tagger; the best
+of three runs' CPU time (user + system) gives MB/s.
 """
 import argparse
+import os
+import resource
 import subprocess
 import sys
+import tempfile
 
 TYPOS = {"vvn": "vn", "na": "n", "Yg": "y"}
 JIEBA_FOLD = {"x": "w", "uj": "u", "ul": "u", "uv": "u", "ud": "u", "ug": "u", "uz": "u",
@@ -107,6 +112,32 @@ def jieba_tagged(paragraphs):
     return out
 
 
+def cpu_seconds(command, path):
+    """CPU time of the best of three runs of command over the file at path."""
+    best = None
+    for _ in range(3):
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        with open(path, "rb") as text, open(os.devnull, "wb") as sink:
+            subprocess.run(command, stdin=text, stdout=sink, check=True)
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        used = (after.ru_utime - before.ru_utime) + (after.ru_stime - before.ru_stime)
+        best = used if best is None else min(best, used)
+    return best
+
+
+def throughput(paragraphs, megabytes, base):
+    text = "\n".join("".join(w for w, _ in p) for p in paragraphs).encode("utf-8") + b"\n"
+    copies = max(1, -(-int(megabytes * 1e6) // len(text)))
+    with tempfile.NamedTemporaryFile(suffix=".txt") as f:
+        f.write(text * copies)
+        f.flush()
+        size = len(text) * copies / 1e6
+        plain = cpu_seconds(base[:-1], f.name)
+        tagged = cpu_seconds(base, f.name)
+    print("throughput on %.1f MB: %.1f MB/s without the tagger, %.1f MB/s with it" % (
+        size, size / plain, size / tagged))
+
+
 def main():
     ap = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     ap.add_argument("corpus", help="tagged corpus file (e.g. pfr1998-dev.txt)")
@@ -115,6 +146,8 @@ def main():
     ap.add_argument("--word-tags", default="data/pos_word_tags.txt",
                     help="the training words (known vs unknown)")
     ap.add_argument("--jieba", action="store_true", help="also score python3-jieba's posseg")
+    ap.add_argument("--throughput", type=float, metavar="MB",
+                    help="also time zeg-segment with and without the tagger")
     args = ap.parse_args()
 
     paragraphs = read_corpus(args.corpus)
@@ -135,6 +168,8 @@ def main():
     print("(b) zeg from raw text: " + line % score_joint(paragraphs, raw))
     if args.jieba:
         print("    jieba posseg:      " + line % score_joint(paragraphs, jieba_tagged(paragraphs)))
+    if args.throughput:
+        throughput(paragraphs, args.throughput, base)
 
 
 if __name__ == "__main__":
