@@ -95,6 +95,7 @@ private:
     bool _createSpaceProcessor(const WsConfig& config);
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
+    bool _createOrgnizationRecognizer(const WsConfig& config);
     bool _createPosTagger(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
