@@ -49,6 +49,9 @@ private:
 
     int runCore(const Options& options);
     int runCharFreq(const Options& options);
+    // zeg-dict phrase, in ZegDictPhrase.cpp.
+    static const char kPhraseHelp[];
+    int runPhrase(const Options& options);
 
     std::ostream& m_out;
     std::ostream& m_err;
