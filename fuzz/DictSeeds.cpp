@@ -1,10 +1,14 @@
 #include "fuzz/DictSeeds.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cstdio>
 
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsPhraseDict.h"
 
 namespace zeg_fuzz {
 
@@ -55,6 +59,27 @@ std::string baseDict() {
     return bytesOf(d);
 }
 
+// A phrase dictionary over the seed words: each pair of neighbours as one
+// phrase cut into the two.
+std::string phraseDict() {
+    std::string text;
+    for (size_t i = 0; i + 1 < sizeof kWords / sizeof kWords[0]; ++i)
+        text += std::string(kWords[i]) + kWords[i + 1] + " " + kWords[i] + " " + kWords[i + 1] + "\n";
+    const int in = memfd_create("phrases.txt", MFD_CLOEXEC);
+    const int out = memfd_create("phrases.dict", MFD_CLOEXEC);
+    std::string bytes;
+    ws::PhraseDict d;
+    if (in >= 0 && out >= 0 && write(in, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+        d.loadText(("/proc/self/fd/" + std::to_string(in)).c_str()) == 0 &&
+        d.writeDict(("/proc/self/fd/" + std::to_string(out)).c_str()) == 0) {
+        bytes.resize(static_cast<size_t>(lseek(out, 0, SEEK_END)));
+        if (pread(out, &bytes[0], bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) bytes.clear();
+    }
+    if (in >= 0) close(in);
+    if (out >= 0) close(out);
+    return bytes;
+}
+
 }  // namespace
 
 const std::vector<std::string>& seedKeys() {
@@ -73,7 +98,7 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), phraseDict()};
 }
 
 }  // namespace zeg_fuzz
