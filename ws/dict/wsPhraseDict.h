@@ -72,7 +72,8 @@ public:
     // unchanged) when the file cannot be opened or read; -6 when memory
     // runs out.
     int loadText(const char* path);
-    // Phrases held, and lines the last loadText left out.
+    // Phrases the last loadText took in and lines it left out (both 0
+    // after loadDict: the file does not record them).
     unsigned phraseCount() const { return m_phraseCount; }
     unsigned skippedLines() const { return m_skipped; }
 
