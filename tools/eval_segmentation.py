@@ -10,9 +10,7 @@ usage: eval_segmentation.py CORPUS --segment build/bin/zeg-segment
            [--compare "ENABLE_CORRECT_PHRASE = false"] [--repeat 5]
 """
 import argparse
-import os
 import subprocess
-import tempfile
 import time
 
 import pfr_corpus
@@ -52,25 +50,18 @@ def main():
     texts = ["".join(words) for words in gold]
     big = "\n".join(texts * 4) + "\n"
     chars = sum(len(t) for t in texts) * 4
-    variants = [("as configured", args.config)]
-    with tempfile.TemporaryDirectory() as tmp:
-        with open(args.config, encoding="utf-8") as f:
-            base = f.read()
-        for i, line in enumerate(args.compare):
-            path = os.path.join(tmp, "variant%d.conf" % i)
-            with open(path, "w", encoding="utf-8") as f:
-                f.write(base + "\n" + line + "\n")
-            variants.append((line, path))
-        print("%-36s %7s %7s %7s %7s %9s %9s" % ("configuration", "words", "P", "R", "F1",
-                                                 "cross/1k", "chars/s"))
-        for label, config in variants:
+    print("%-36s %7s %7s %7s %7s %9s %9s" % ("configuration", "words", "P", "R", "F1",
+                                             "cross/1k", "chars/s"))
+    for label in ["as configured"] + args.compare:
+        line = "" if label == "as configured" else label
+        with pfr_corpus.config_with(args.config, line) as config:
             s = score(args.segment, config, gold, texts)
             rate = chars / seconds(args.segment, config, big, args.repeat)
-            print("%-36s %7d %7.2f %7.2f %7.2f %9.3f %9.0f"
-                  % (label, s.cut_words, 100.0 * s.correct / s.cut_words,
-                     100.0 * s.correct / s.gold_words, 100 * s.f1(), s.crossing_rate(), rate))
-            if s.skipped:
-                print("  (%d paragraphs the segmenter changed were left out)" % s.skipped)
+        print("%-36s %7d %7.2f %7.2f %7.2f %9.3f %9.0f"
+              % (label, s.cut_words, 100.0 * s.correct / s.cut_words,
+                 100.0 * s.correct / s.gold_words, 100 * s.f1(), s.crossing_rate(), rate))
+        if s.skipped:
+            print("  (%d paragraphs the segmenter changed were left out)" % s.skipped)
 
 
 if __name__ == "__main__":

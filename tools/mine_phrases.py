@@ -2,7 +2,9 @@
 """Mines a phrase correction table (zeg-dict phrase's text form) from a
 segmented corpus in the PFR format.
 
-The corpus's text is cut by zeg-segment. Wherever a word of that cut crosses
+The corpus's text is cut by zeg-segment under the given configuration with
+the phrase correcter switched off (the table lists the segmenter's own
+errors). Wherever a word of that cut crosses
 a gold word (a real ambiguity error, not a difference of granularity), the
 smallest stretch around it that begins and ends on a boundary of both cuts
 is a candidate phrase, with the gold cut of that stretch as its correction.
@@ -73,16 +75,15 @@ class Corpus:
 def candidates(corpus, max_len):
     """phrase -> Counter of gold cuts, from the stretches around crossing words."""
     found = collections.defaultdict(collections.Counter)
-    common = sorted(corpus.gold_bounds & corpus.cut_bounds)
-    index = {p: i for i, p in enumerate(common)}
+    common = corpus.gold_bounds & corpus.cut_bounds
     for a, b in sorted(corpus.cut_spans):
         if not crossing(corpus, [(a, b)]):
             continue
         left = a
-        while left not in index:
+        while left not in common:
             left -= 1
         right = b
-        while right not in index:
+        while right not in common:
             right += 1
         if 2 <= right - left <= max_len:
             found[corpus.text[left:right]][corpus.gold_cut(left, right)] += 1
@@ -131,7 +132,7 @@ def judge(corpus, phrase, cut):
     return places, agree, fixed, gain
 
 
-def cut_words(phrase, cut):
+def words_of(phrase, cut):
     out, start = [], 0
     for length in cut:
         out.append(phrase[start:start + length])
@@ -152,14 +153,13 @@ def main():
     args = parser.parse_args()
 
     gold = pfr_corpus.read_gold(args.corpus)
-    cuts = pfr_corpus.segment(args.segment, args.config, ["".join(w) for w in gold])
+    with pfr_corpus.config_with(args.config, "ENABLE_CORRECT_PHRASE = false") as config:
+        cuts = pfr_corpus.segment(args.segment, config, ["".join(w) for w in gold])
     corpus = Corpus(gold, cuts)
-    kept, tried = [], 0
-    for phrase, gold_cuts in candidates(corpus, args.max_len).items():
+    found = candidates(corpus, args.max_len)
+    kept = []
+    for phrase, gold_cuts in found.items():
         cut, _ = gold_cuts.most_common(1)[0]
-        if cut is None:
-            continue
-        tried += 1
         places, agree, fixed, gain = judge(corpus, phrase, cut)
         if agree >= args.min_agree * places and fixed >= args.min_fixed and gain >= args.min_gain:
             kept.append((phrase, cut, places, agree, fixed, gain))
@@ -171,10 +171,10 @@ def main():
                   % (args.corpus.rsplit("/", 1)[-1], args.max_len, args.min_agree,
                      args.min_fixed, args.min_gain, len(kept)))
         for phrase, cut, places, agree, fixed, gain in kept:
-            out.write("%s\t%s\t# %d %d %d %+d\n" % (phrase, " ".join(cut_words(phrase, cut)),
+            out.write("%s\t%s\t# %d %d %d %+d\n" % (phrase, " ".join(words_of(phrase, cut)),
                                                     places, agree, fixed, gain))
     print("%d paragraphs (%d skipped), %d candidates, %d kept"
-          % (len(gold), cuts.count(None), tried, len(kept)), file=sys.stderr)
+          % (len(gold), cuts.count(None), len(found), len(kept)), file=sys.stderr)
 
 
 if __name__ == "__main__":

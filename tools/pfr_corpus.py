@@ -5,7 +5,10 @@ bracketed ("[中央/n  人民/n]nt"), the brackets are dropped. A cut is a list 
 words; positions count characters of the paragraph's text.
 """
 
+import contextlib
+import os
 import subprocess
+import tempfile
 
 
 def read_gold(path):
@@ -38,6 +41,19 @@ def segment(binary, config, texts):
         words = line.split()
         cuts.append(words if "".join(words) == text else None)
     return cuts
+
+
+@contextlib.contextmanager
+def config_with(config, line):
+    """The path of a copy of the configuration `config` with `line` added
+    (a later key replaces an earlier one), removed afterwards."""
+    with open(config, encoding="utf-8") as f:
+        text = f.read()
+    with tempfile.TemporaryDirectory() as tmp:
+        path = os.path.join(tmp, "variant.conf")
+        with open(path, "w", encoding="utf-8") as f:
+            f.write(text + "\n" + line + "\n")
+        yield path
 
 
 def spans(words):
