@@ -6,6 +6,7 @@
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsOrgnizationRecognizer.h"
 #include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
@@ -13,6 +14,7 @@
 #include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
+#include "ws/pos/wsTrigramPosTagger.h"
 
 #define WS_IMP_ERROR(...) WsLogger::getWsLogger()->errorPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
 #define WS_IMP_DEBUG(...) WsLogger::getWsLogger()->debugPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
@@ -55,12 +57,14 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
      [](const WsConfig& c) { return c.enableRuleNameTagger || c.enableMaxentPersonNameTagger; },
      true, nullptr},
     {"ENABLE_RULEBASED_ORGNIZATION_TAGGER", "organisation recogniser",
-     [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true, nullptr},
+     [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true,
+     &WsSegmenterImp::_createOrgnizationRecognizer},
     {"ENABLE_CORRECT_PHRASE", "phrase correcter",
      [](const WsConfig& c) { return c.enableCorrectPhrase; }, false,
      &WsSegmenterImp::_createPhraseCorrecter},
     {"ENABLE_POS_TAGGER", "part-of-speech tagger",
-     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false, nullptr},
+     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false,
+     &WsSegmenterImp::_createPosTagger},
     {"ENABLE_PLUG_IN", "plug-in loader", [](const WsConfig& c) { return c.enablePlugIn; }, false,
      &WsSegmenterImp::_loadPlugIns},
 };
@@ -77,6 +81,7 @@ void WsSegmenterImp::_release() {
     m_revisers.clear();
     m_correctPhrases.reset();
     m_tagger.reset();
+    m_trigramTagger = nullptr;
     m_postProcessors.clear();
     m_plugIns.clear();  // after the objects the libraries made
     m_segmenter.reset();
@@ -261,6 +266,21 @@ bool WsSegmenterImp::_createSpaceProcessor(const WsConfig& config) {
     return true;
 }
 
+bool WsSegmenterImp::_createPosTagger(const WsConfig& config) {
+    std::unique_ptr<TrigramPosTagger> tagger(new (std::nothrow) TrigramPosTagger(&m_dicts));
+    if (!tagger) {
+        WS_IMP_ERROR("new TrigramPosTagger fail!\n");
+        return false;
+    }
+    if (!tagger->init(config)) {
+        WS_IMP_ERROR("init POS-tagger fail!\n");
+        return false;
+    }
+    m_trigramTagger = tagger.get();
+    m_tagger = std::move(tagger);
+    return true;
+}
+
 bool WsSegmenterImp::_createNormalizer(const WsConfig& config) {
     std::unique_ptr<Normalizer> folding(newStage<Normalizer>("new Normalizer fail!\n"));
     if (!folding) return false;
@@ -286,6 +306,21 @@ bool WsSegmenterImp::_createNumberRecognizer(const WsConfig& config) {
     }
     WS_IMP_DEBUG("load number-rule-file success!\n");
     if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
+    return true;
+}
+
+bool WsSegmenterImp::_createOrgnizationRecognizer(const WsConfig& config) {
+    std::unique_ptr<OrgnizationRecognizer> orgs(new (std::nothrow)
+                                                    OrgnizationRecognizer(m_segmenter.get()));
+    if (!orgs) {
+        WS_IMP_ERROR("new OrganizationRecognizer fail!\n");
+        return false;
+    }
+    if (!orgs->init(config, _bufferIndex(WS_PROPERTY_ORG))) {
+        WS_IMP_ERROR("init org recognizer fail!\n");
+        return false;
+    }
+    m_recognizers.push_back(std::move(orgs));
     return true;
 }
 
@@ -482,7 +517,9 @@ const char* WsSegmenterImp::getTagName(unsigned char tag) {
     return m_tagger ? m_tagger->getTagName(tag) : nullptr;
 }
 
-int WsSegmenterImp::getTagId(const char*) { return -1; }
+int WsSegmenterImp::getTagId(const char* name) {
+    return m_trigramTagger != nullptr ? m_trigramTagger->getTagId(name) : -1;
+}
 
 const char* WsSegmenterImp::getTypeName(short type) { return m_properties.getName(type); }
 
