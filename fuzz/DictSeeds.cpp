@@ -1,6 +1,7 @@
 #include "fuzz/DictSeeds.h"
 
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,6 +10,7 @@
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
 namespace zeg_fuzz {
@@ -60,6 +62,27 @@ std::string baseDict() {
     return bytesOf(d);
 }
 
+// A phrase dictionary over the seed words: each pair of neighbours as one
+// phrase cut into the two.
+std::string phraseDict() {
+    std::string text;
+    for (size_t i = 0; i + 1 < sizeof kWords / sizeof kWords[0]; ++i)
+        text += std::string(kWords[i]) + kWords[i + 1] + " " + kWords[i] + " " + kWords[i + 1] + "\n";
+    const int in = memfd_create("phrases.txt", MFD_CLOEXEC);
+    const int out = memfd_create("phrases.dict", MFD_CLOEXEC);
+    std::string bytes;
+    ws::PhraseDict d;
+    if (in >= 0 && out >= 0 && write(in, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+        d.loadText(("/proc/self/fd/" + std::to_string(in)).c_str()) == 0 &&
+        d.writeDict(("/proc/self/fd/" + std::to_string(out)).c_str()) == 0) {
+        bytes.resize(static_cast<size_t>(lseek(out, 0, SEEK_END)));
+        if (pread(out, &bytes[0], bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) bytes.clear();
+    }
+    if (in >= 0) close(in);
+    if (out >= 0) close(out);
+    return bytes;
+}
+
 std::string readAll(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
@@ -109,7 +132,7 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict()};
 }
 
 }  // namespace zeg_fuzz

@@ -20,6 +20,7 @@
 #include "ws/core/wsWordRecord.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/dict/wsCharFreqDict.h"
+#include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/dict/wsDictSet.h"
 
 namespace ws {
@@ -97,6 +98,7 @@ private:
     bool _createNumberRecognizer(const WsConfig& config);
     bool _createOrgnizationRecognizer(const WsConfig& config);
     bool _createPosTagger(const WsConfig& config);
+    bool _createPhraseCorrecter(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
     bool _loadPlugIn(const std::string& path, const char* factory,
@@ -121,6 +123,7 @@ private:
     std::vector<PlugInLibrary> m_plugIns;
     std::vector<std::unique_ptr<TextProcessor> > m_preProcessors;
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
+    std::unique_ptr<CorrectPhraseDict> m_correctPhrases;  // before the revisers that read it
     std::vector<std::unique_ptr<Reviser> > m_revisers;
     std::unique_ptr<PosTagger> m_tagger;
     TrigramPosTagger* m_trigramTagger = nullptr;  // m_tagger, for getTagId

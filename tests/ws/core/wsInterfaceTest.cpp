@@ -10,6 +10,7 @@
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugInLibrary.h"
+#include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
 using ws::WsSegmenter;
@@ -199,7 +200,8 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
         {"NUMERIC_RULE_FILE = " + none + "\n", "load number-rule-file : " + none + " fail!"},
         {"ENABLE_POS_TAGGER = 1\n", "init POS-tagger fail!"},
         {"ENABLE_POS_TAGGER = 2\n", "ENABLE_POS_TAGGER is error"},
-        {"ENABLE_CORRECT_PHRASE = true\n", "ENABLE_CORRECT_PHRASE"},
+        {"ENABLE_CORRECT_PHRASE = true\nCORRECT_PHRASE_DICT = " + none + "\n",
+         "load correct-phrase-dict : " + none + " fail!"},
         {"SEGMENT_RESULT_NUM = 2\n", "SEGMENT_RESULT_NUM = 2"},
         {"SEG_TYPE = 1\n", "SEG_TYPE = 1"},
         {"BASE_DICTIONARY = " + dir.file("none.dict") + "\n", "load dicts fail!"},
@@ -273,6 +275,15 @@ TEST_F(WsSegmenterTest, PlugInsJoinTheirStageLists) {
     EXPECT_EQ(std::string(words[0].word, words[0].wordLen), "北京大学生");
     EXPECT_TRUE(words[0].prop & ws::WS_PROPERTY_ORG);
     EXPECT_FALSE(words[1].prop & ws::WS_PROPERTY_ORG);
+}
+
+TEST_F(WsSegmenterTest, PhraseCorrecterRecutsAfterTheSegmenter) {
+    ws::CorrectPhraseDict phrases;
+    ASSERT_EQ(phrases.loadText(dir.write("phrases.txt", "北京大学生 北京 大学生\n").c_str()), 0);
+    ASSERT_EQ(phrases.writeDict(dir.file("phrases.dict").c_str()), 0);
+    ASSERT_TRUE(seg.init(config("ENABLE_CORRECT_PHRASE = true\nCORRECT_PHRASE_DICT = " +
+                                dir.file("phrases.dict") + "\n").c_str()));
+    EXPECT_EQ(text("北京大学生在北京大学"), "北京 大学生 在 北京大学 ");
 }
 
 TEST_F(WsSegmenterTest, TaggerStageAddsTagsToTheTextOutput) {
