@@ -1,5 +1,7 @@
 // libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
-// is (in place, from a stream, mapped, in a dictionary set), then looked up.
+// is (in place, from a stream, mapped, in a dictionary set; as a
+// part-of-speech dictionary; as a phrase dictionary from a stream and a
+// file), then looked up.
 // Nothing may crash or read outside the bytes.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -15,6 +17,8 @@
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
+#include "ws/dict/wsPhraseDict.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace {
 
@@ -76,6 +80,55 @@ void exerciseSet(const std::string& path, const std::vector<std::string>& keys) 
     }
 }
 
+// Phrase lookups under two cuts (all single characters; pairs) at every
+// word of the seed words run together (where the seed phrases begin) and
+// in each key, reading every record they answer with.
+void lookUpPhrases(const ws::PhraseDict& d, const unsigned short* text, unsigned n) {
+    static const std::vector<char> ones(64, 1), twos(64, 2);
+    volatile int sum = 0;
+    d.match(text, n < 64 ? n : 64);
+    for (const std::vector<char>* cut : {&ones, &twos}) {
+        const int at = d.matchPosition(text, n < 64 ? n : 64, cut->data());
+        if (at < 0) continue;
+        const char* record = d.getBuffer() + at;
+        for (int i = 0; i <= record[0]; ++i) sum = sum + record[i];
+    }
+}
+
+void exercisePhrases(const ws::PhraseDict& d, const std::vector<std::string>& keys) {
+    std::string joined;
+    for (const std::string& k : zeg_fuzz::seedKeys()) joined += k;
+    const auto* text = reinterpret_cast<const unsigned short*>(joined.data());
+    unsigned at = 0;
+    for (const std::string& k : zeg_fuzz::seedKeys()) {
+        lookUpPhrases(d, text + at, static_cast<unsigned>(joined.size() / 2) - at);
+        at += static_cast<unsigned>(k.size() / 2);
+    }
+    for (const std::string& k : keys) {
+        const std::string key = k + std::string(k.size() % 2, '\0');  // whole code units
+        lookUpPhrases(d, reinterpret_cast<const unsigned short*>(key.data()),
+                      static_cast<unsigned>(key.size() / 2));
+    }
+}
+
+// A part-of-speech dictionary: the tag lists of the seed words, each
+// looked up as the tagger does (with property bits that reach the guesses).
+void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
+    volatile float sum = 0;
+    for (const std::string& k : keys) {
+        const auto* word = reinterpret_cast<const unsigned short*>(k.data());
+        const int len = static_cast<int>(k.size() / 2);
+        ws::WORD_T rec(word, static_cast<unsigned>(len), nullptr, 0, ws::WS_PROPERTY_PER_ME, 0, -1,
+                       nullptr, 0, 0, -1);
+        const char* list = d.getWordInfoBuf(word, len, &rec);
+        for (int i = 0; i < ws::TrigramPosDict::getNumTags(list); ++i) {
+            sum = sum + ws::TrigramPosDict::getProbAt(list, i);
+            d.getTagName(ws::TrigramPosDict::getTagIdAt(list, i));
+        }
+    }
+    d.getTagId("n");
+}
+
 // The bytes as a file that can be mapped: an anonymous memory file.
 std::string asFile(const uint8_t* data, size_t size, int& fd) {
     fd = memfd_create("fuzz-dict", MFD_CLOEXEC);
@@ -107,9 +160,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (size > 0 && fromStream.loadDict(f.get()) == 0) exercise(fromStream, keys);
     }
 
+    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+        ws::PhraseDict phrases;
+        if (size > 0 && phrases.loadDict(f) == 0) exercisePhrases(phrases, keys);
+        std::fclose(f);
+    }
+
+    ws::TrigramPosDict pos(nullptr);
+    if (pos._loadFromMem(buffer, bufferSize) == 0) exercisePos(pos, keys);
+
     int fd = -1;
     const std::string path = asFile(data, size, fd);
-    if (!path.empty()) exerciseSet(path, keys);
+    if (!path.empty()) {
+        exerciseSet(path, keys);
+        ws::PhraseDict phrases;
+        phrases.dictVersion(path.c_str());
+        if (phrases.loadDict(path.c_str()) == 0) exercisePhrases(phrases, keys);
+    }
+    ws::TrigramPosDict mappedPos(nullptr);
+    if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);
     if (fd >= 0) close(fd);
     return 0;
 }

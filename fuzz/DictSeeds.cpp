@@ -1,11 +1,18 @@
 #include "fuzz/DictSeeds.h"
 
+#include <stdlib.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <cstdio>
+#include <fstream>
 
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsFile.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsPhraseDict.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace zeg_fuzz {
 
@@ -55,6 +62,58 @@ std::string baseDict() {
     return bytesOf(d);
 }
 
+// A phrase dictionary over the seed words: each pair of neighbours as one
+// phrase cut into the two.
+std::string phraseDict() {
+    std::string text;
+    for (size_t i = 0; i + 1 < sizeof kWords / sizeof kWords[0]; ++i)
+        text += std::string(kWords[i]) + kWords[i + 1] + " " + kWords[i] + " " + kWords[i + 1] + "\n";
+    const int in = memfd_create("phrases.txt", MFD_CLOEXEC);
+    const int out = memfd_create("phrases.dict", MFD_CLOEXEC);
+    std::string bytes;
+    ws::PhraseDict d;
+    if (in >= 0 && out >= 0 && write(in, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+        d.loadText(("/proc/self/fd/" + std::to_string(in)).c_str()) == 0 &&
+        d.writeDict(("/proc/self/fd/" + std::to_string(out)).c_str()) == 0) {
+        bytes.resize(static_cast<size_t>(lseek(out, 0, SEEK_END)));
+        if (pread(out, &bytes[0], bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) bytes.clear();
+    }
+    if (in >= 0) close(in);
+    if (out >= 0) close(out);
+    return bytes;
+}
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// A part-of-speech dictionary over four tags that knows three seed words.
+std::string posDict() {
+    char dir[] = "/tmp/zeg-pos-seed-XXXXXX";
+    if (mkdtemp(dir) == nullptr) return std::string();
+    const std::string base = std::string(dir) + "/";
+    const char* const files[][2] = {
+        {"tags", "m\nn\nns\nv\n"},
+        {"freq", "10 m\n40 n\n20 ns\n30 v\n"},
+        {"init", "5 n\n3 v\n"},
+        {"bigrams", "8 n v\n6 v n\n2 ns n\n"},
+        {"trigrams", "4 n v n\n1 ns n v\n"},
+        {"words", "清华 ns/4\n学生 n/12\n大学 n/8 ns/1\n"}};
+    for (const auto& f : files) std::ofstream(base + f[0], std::ios::binary) << f[1];
+    ws::TrigramPosDict d(nullptr);
+    std::string out;
+    if (d.loadFromFiles((base + "tags").c_str(), (base + "freq").c_str(), (base + "init").c_str(),
+                        (base + "bigrams").c_str(), (base + "trigrams").c_str(),
+                        (base + "words").c_str()) == 0 &&
+        d.writeDict((base + "pos.dict").c_str()) == 0)
+        out = readAll(base + "pos.dict");
+    for (const char* name : {"tags", "freq", "init", "bigrams", "trigrams", "words", "pos.dict"})
+        unlink((base + name).c_str());
+    rmdir(dir);
+    return out;
+}
+
 }  // namespace
 
 const std::vector<std::string>& seedKeys() {
@@ -73,7 +132,7 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict()};
 }
 
 }  // namespace zeg_fuzz

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "ws/core/wsExport.h"
+
 namespace normalize {
 
 class Implement;
@@ -18,7 +20,7 @@ class Implement;
 // normalises with an Implement of its own (the one init built, for the
 // thread that ran init), set up on its first call over the settings, word
 // lists and mapped dictionaries init loaded, and freed when the thread ends.
-class NormalizeIntf {
+class WS_EXPORT NormalizeIntf {
 public:
     // The process-wide instance, created on first call (allocation failure
     // throws std::bad_alloc).

@@ -53,6 +53,9 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
                                         {"input", "output"},
                                         {},
                                         &ZegDict::runCharFreq};
+    m_commands["phrase"] = SubCommand{"compile a phrase correction table", kPhraseHelp, {"input", "output"}, {}, &ZegDict::runPhrase};
+    m_commands["pos-train"] = posTrainCommand();
+    m_commands["pos"] = posCommand();
 }
 
 int ZegDict::usageError(const std::string& message) {

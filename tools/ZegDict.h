@@ -49,6 +49,14 @@ private:
 
     int runCore(const Options& options);
     int runCharFreq(const Options& options);
+    // zeg-dict phrase, in ZegDictPhrase.cpp.
+    static const char kPhraseHelp[];
+    int runPhrase(const Options& options);
+    // The part-of-speech sub-commands (ZegDictPos.cpp).
+    static SubCommand posTrainCommand();
+    static SubCommand posCommand();
+    int runPosTrain(const Options& options);
+    int runPos(const Options& options);
 
     std::ostream& m_out;
     std::ostream& m_err;

@@ -1,17 +1,20 @@
 #include "ws/core/wsInterfaceImp.h"
 
 #include <new>
+#include <utility>
 
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
 #include "ws/algo/wsOrgnizationRecognizer.h"
+#include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
+#include "ws/pos/wsTrigramPosTagger.h"
 
 #define WS_IMP_ERROR(...) WsLogger::getWsLogger()->errorPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
 #define WS_IMP_DEBUG(...) WsLogger::getWsLogger()->debugPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
@@ -28,9 +31,9 @@ void growTo(std::vector<T>& v, size_t n) {
 }
 
 // Allocates without throwing; logs `failure` and returns null when memory runs out.
-template <class T>
-T* newStage(const char* failure) {
-    T* stage = new (std::nothrow) T();
+template <class T, class... Args>
+T* newStage(const char* failure, Args&&... args) {
+    T* stage = new (std::nothrow) T(std::forward<Args>(args)...);
     if (stage == nullptr) WS_IMP_ERROR("%s", failure);
     return stage;
 }
@@ -57,9 +60,11 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
      [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true,
      &WsSegmenterImp::_createOrgnizationRecognizer},
     {"ENABLE_CORRECT_PHRASE", "phrase correcter",
-     [](const WsConfig& c) { return c.enableCorrectPhrase; }, false, nullptr},
+     [](const WsConfig& c) { return c.enableCorrectPhrase; }, false,
+     &WsSegmenterImp::_createPhraseCorrecter},
     {"ENABLE_POS_TAGGER", "part-of-speech tagger",
-     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false, nullptr},
+     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false,
+     &WsSegmenterImp::_createPosTagger},
     {"ENABLE_PLUG_IN", "plug-in loader", [](const WsConfig& c) { return c.enablePlugIn; }, false,
      &WsSegmenterImp::_loadPlugIns},
 };
@@ -74,7 +79,9 @@ void WsSegmenterImp::_release() {
     m_preProcessors.clear();
     m_recognizers.clear();
     m_revisers.clear();
+    m_correctPhrases.reset();
     m_tagger.reset();
+    m_trigramTagger = nullptr;
     m_postProcessors.clear();
     m_plugIns.clear();  // after the objects the libraries made
     m_segmenter.reset();
@@ -259,6 +266,21 @@ bool WsSegmenterImp::_createSpaceProcessor(const WsConfig& config) {
     return true;
 }
 
+bool WsSegmenterImp::_createPosTagger(const WsConfig& config) {
+    std::unique_ptr<TrigramPosTagger> tagger(new (std::nothrow) TrigramPosTagger(&m_dicts));
+    if (!tagger) {
+        WS_IMP_ERROR("new TrigramPosTagger fail!\n");
+        return false;
+    }
+    if (!tagger->init(config)) {
+        WS_IMP_ERROR("init POS-tagger fail!\n");
+        return false;
+    }
+    m_trigramTagger = tagger.get();
+    m_tagger = std::move(tagger);
+    return true;
+}
+
 bool WsSegmenterImp::_createNormalizer(const WsConfig& config) {
     std::unique_ptr<Normalizer> folding(newStage<Normalizer>("new Normalizer fail!\n"));
     if (!folding) return false;
@@ -299,6 +321,24 @@ bool WsSegmenterImp::_createOrgnizationRecognizer(const WsConfig& config) {
         return false;
     }
     m_recognizers.push_back(std::move(orgs));
+    return true;
+}
+
+bool WsSegmenterImp::_createPhraseCorrecter(const WsConfig& config) {
+    std::unique_ptr<CorrectPhraseDict> phrases(
+        newStage<CorrectPhraseDict>("allocate memory fail!\n"));
+    if (!phrases) return false;
+    const std::string path = config.getString("CORRECT_PHRASE_DICT", "");
+    if (phrases->loadDict(path.c_str()) != 0) {
+        WS_IMP_ERROR("load correct-phrase-dict : %s fail!\n", path.c_str());
+        return false;
+    }
+    WS_IMP_DEBUG("load correct-phrase-dict : %s success!\n", path.c_str());
+    std::unique_ptr<PhraseCorrecter> correcter(
+        newStage<PhraseCorrecter>("new PhraseCorrecter fail!\n", &m_dicts, phrases.get()));
+    if (!correcter) return false;
+    m_correctPhrases = std::move(phrases);
+    m_revisers.push_back(std::move(correcter));
     return true;
 }
 
@@ -477,7 +517,9 @@ const char* WsSegmenterImp::getTagName(unsigned char tag) {
     return m_tagger ? m_tagger->getTagName(tag) : nullptr;
 }
 
-int WsSegmenterImp::getTagId(const char*) { return -1; }
+int WsSegmenterImp::getTagId(const char* name) {
+    return m_trigramTagger != nullptr ? m_trigramTagger->getTagId(name) : -1;
+}
 
 const char* WsSegmenterImp::getTypeName(short type) { return m_properties.getName(type); }
 

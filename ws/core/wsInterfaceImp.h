@@ -20,9 +20,12 @@
 #include "ws/core/wsWordRecord.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/dict/wsCharFreqDict.h"
+#include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/dict/wsDictSet.h"
 
 namespace ws {
+
+class TrigramPosTagger;
 
 class SpaceProcessor;
 
@@ -94,6 +97,8 @@ private:
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
     bool _createOrgnizationRecognizer(const WsConfig& config);
+    bool _createPosTagger(const WsConfig& config);
+    bool _createPhraseCorrecter(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
     bool _loadPlugIn(const std::string& path, const char* factory,
@@ -118,8 +123,10 @@ private:
     std::vector<PlugInLibrary> m_plugIns;
     std::vector<std::unique_ptr<TextProcessor> > m_preProcessors;
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
+    std::unique_ptr<CorrectPhraseDict> m_correctPhrases;  // before the revisers that read it
     std::vector<std::unique_ptr<Reviser> > m_revisers;
     std::unique_ptr<PosTagger> m_tagger;
+    TrigramPosTagger* m_trigramTagger = nullptr;  // m_tagger, for getTagId
     std::vector<std::unique_ptr<TextProcessor> > m_postProcessors;
     SpaceProcessor* m_spaceProcessor = nullptr;  // in m_preProcessors; maps words back
     Chunker m_chunker;
