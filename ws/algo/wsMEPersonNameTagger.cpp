@@ -1,0 +1,133 @@
+#include "ws/algo/wsMEPersonNameTagger.h"
+
+#include <cmath>
+
+#include "ws/core/wsTextSegmentation.h"
+#include "ws/dict/wsMaxentDict.h"
+
+namespace ws {
+
+namespace {
+
+// (first offset, second offset or none) of each template, relative to i.
+const int kNone = 99;
+const int kOffsets[MEPersonNameTagger::kTemplates][2] = {
+    {0, kNone},  {-2, kNone}, {-1, kNone}, {1, kNone}, {2, kNone}, {-1, 0},
+    {0, 1},      {-2, -1},    {1, 2},      {2, 3},     {-3, -2},   {-1, 1}};
+
+unsigned short charAt(const unsigned short* text, unsigned n, long k) {
+    return k < 0 || k >= static_cast<long>(n) ? MEPersonNameTagger::kBoundary : text[k];
+}
+
+const double kImpossible = -1e300;
+
+}  // namespace
+
+bool MEPersonNameTagger::init(const MaxentDict* model, int bufferIndex) {
+    m_model = model;
+    m_bufferIndex = bufferIndex;
+    return model != nullptr;
+}
+
+void MEPersonNameTagger::contextKeys(const unsigned short* text, unsigned n, unsigned i,
+                                     Key keys[kTemplates]) {
+    for (int t = 0; t < kTemplates; ++t) {
+        keys[t].units[0] = charAt(text, n, static_cast<long>(i) + kOffsets[t][0]);
+        keys[t].len = 1;
+        if (kOffsets[t][1] != kNone) {
+            keys[t].units[1] = charAt(text, n, static_cast<long>(i) + kOffsets[t][1]);
+            keys[t].len = 2;
+        }
+    }
+}
+
+bool MEPersonNameTagger::allowed(int prev, int next) {
+    switch (next) {
+        case 1: return prev == 0;
+        case 2: return prev == 1 || prev == 2;
+        default: return prev != 0;  // a name has at least two characters
+    }
+}
+
+void MEPersonNameTagger::_score(const unsigned short* text, unsigned n) {
+    Key keys[kTemplates];
+    for (unsigned i = 0; i < n; ++i) {
+        contextKeys(text, n, i, keys);
+        int sums[kLabels] = {};
+        for (int t = 0; t < kTemplates; ++t) {
+            const unsigned char* r =
+                m_model->match(reinterpret_cast<const char*>(keys[t].units), keys[t].len * 2u);
+            const int group = MaxentDict::kTemplateGroup[t];
+            for (int l = 0; l < kLabels; ++l) {
+                const unsigned char c = r[l + kLabels * group];
+                if (c != MaxentDict::kNoAlpha) sums[l] += c;
+            }
+        }
+        double p[kLabels], total = 0;
+        for (int l = 0; l < kLabels; ++l) total += p[l] = m_model->codeSum(sums[l]);
+        for (int l = 0; l < kLabels; ++l)
+            m_score[i * kLabels + l] = p[l] > 0 && total > 0 ? std::log(p[l] / total) : kImpossible;
+    }
+}
+
+void MEPersonNameTagger::_viterbi(unsigned n) {
+    // m_score becomes the best path score ending in each label.
+    for (int l = 0; l < kLabels; ++l)
+        if (!allowed(3, l)) m_score[l] = kImpossible;
+    for (unsigned i = 1; i < n; ++i) {
+        for (int l = 0; l < kLabels; ++l) {
+            double best = kImpossible;
+            unsigned char from = 3;
+            for (int p = 0; p < kLabels; ++p) {
+                const double s = m_score[(i - 1) * kLabels + p];
+                if (allowed(p, l) && s > best) {
+                    best = s;
+                    from = static_cast<unsigned char>(p);
+                }
+            }
+            m_score[i * kLabels + l] += best;
+            m_back[i * kLabels + l] = from;
+        }
+    }
+    int last = 3;
+    for (int l = 1; l < kLabels; ++l)
+        if (m_score[(n - 1) * kLabels + l] > m_score[(n - 1) * kLabels + last]) last = l;
+    for (unsigned i = n; i-- > 0;) {
+        m_labels[i] = static_cast<unsigned char>(last);
+        if (i > 0) last = m_back[i * kLabels + last];
+    }
+}
+
+int MEPersonNameTagger::_record(TextSegmentation& seg, unsigned n) const {
+    if (m_bufferIndex < 0 || static_cast<unsigned>(m_bufferIndex) >= seg.newWordBuffers.size())
+        return 0;
+    NewWordBuffer& buf = seg.newWordBuffers[m_bufferIndex];
+    int names = 0;
+    for (unsigned i = 0; i < n && i < buf.words.size(); ++i) {
+        if (m_labels[i] != 0) continue;
+        unsigned e = i + 1;
+        while (e < n && (m_labels[e] == 1 || m_labels[e] == 2)) ++e;
+        if (e - i < 2 || e - i > kMaxNameLength) continue;
+        buf.words[i].len = static_cast<unsigned char>(e - i);
+        buf.words[i].flag = 1;
+        ++names;
+    }
+    // The segmenter reads only the count's lowest byte.
+    if (names > 0) buf.count = static_cast<unsigned>(names) % 255 + 1;
+    return names;
+}
+
+int MEPersonNameTagger::tag(TextSegmentation& seg, int) {
+    const unsigned n = seg.textLen;
+    if (m_model == nullptr || n == 0 || seg.text == nullptr) return 0;
+    if (m_labels.size() < n) {
+        m_score.resize(static_cast<size_t>(n) * kLabels);
+        m_back.resize(static_cast<size_t>(n) * kLabels);
+        m_labels.resize(n);
+    }
+    _score(seg.text, n);
+    _viterbi(n);
+    return _record(seg, n);
+}
+
+}  // namespace ws

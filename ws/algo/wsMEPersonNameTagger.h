@@ -1,0 +1,81 @@
+#ifndef ZEG_WS_ALGO_WSMEPERSONNAMETAGGER_H
+#define ZEG_WS_ALGO_WSMEPERSONNAMETAGGER_H
+
+#include <vector>
+
+namespace ws {
+
+class MaxentDict;
+struct TextSegmentation;
+
+// Tags every character of a text with one of four labels by a
+// maximum-entropy model (MaxentDict) and reports the names it finds as
+// candidates in a new-word buffer.
+//
+// Labels: 0 the name's first character (the family name of a Chinese
+// name), 1 its second, 2 any later one, 3 not in a name. A name is 0, 1,
+// then any number of 2s; single-character names are not tagged.
+//
+// Features of position i, c(k) being the character at k (kBoundary outside
+// the text), one key per template:
+//   0 c(i)  1 c(i-2)  2 c(i-1)  3 c(i+1)  4 c(i+2)
+//   5 c(i-1)c(i)  6 c(i)c(i+1)  7 c(i-2)c(i-1)  8 c(i+1)c(i+2)
+//   9 c(i+2)c(i+3)  10 c(i-3)c(i-2)  11 c(i-1)c(i+1)
+// The trainer builds its events with contextKeys, so both sides agree.
+//
+// Decoding: per position the label probabilities come from the model's
+// code sums; the best label sequence under the name shape above is found
+// by Viterbi over their logarithms.
+//
+// Not copyable. Thread safety: keeps per-call buffers; one text at a time.
+class MEPersonNameTagger {
+public:
+    static constexpr int kLabels = 4;
+    static constexpr int kTemplates = 12;
+    static constexpr unsigned short kBoundary = 0x0001;
+    static constexpr unsigned kMaxNameLength = 10;
+
+    // One feature key: 1 or 2 UTF-16 units.
+    struct Key {
+        unsigned short units[2];
+        unsigned char len;
+    };
+
+    MEPersonNameTagger() = default;
+    MEPersonNameTagger(const MEPersonNameTagger&) = delete;
+    MEPersonNameTagger& operator=(const MEPersonNameTagger&) = delete;
+
+    // Uses `model` (not owned, must outlive the tagger) and writes into the
+    // new-word buffer with index `bufferIndex`. False for a null model.
+    bool init(const MaxentDict* model, int bufferIndex);
+
+    // Tags seg.text and records each name (2 .. kMaxNameLength characters)
+    // at its start in the buffer; the mode is not used. Returns the number
+    // of names. Allocates only when the text is longer than any before.
+    int tag(TextSegmentation& seg, int mode);
+
+    // The twelve keys of position i of text[0, n) (REQUIRES: i < n).
+    static void contextKeys(const unsigned short* text, unsigned n, unsigned i,
+                            Key keys[kTemplates]);
+    // True when label `next` may follow label `prev`.
+    static bool allowed(int prev, int next);
+
+    // The labels of the last text tagged (for tests and diagnostics).
+    const std::vector<unsigned char>& labels() const { return m_labels; }
+
+private:
+    // Fills m_score with the log-probabilities of every label at every position.
+    void _score(const unsigned short* text, unsigned n);
+    void _viterbi(unsigned n);
+    int _record(TextSegmentation& seg, unsigned n) const;
+
+    const MaxentDict* m_model = nullptr;
+    int m_bufferIndex = -1;
+    std::vector<double> m_score;         // n x kLabels
+    std::vector<unsigned char> m_back;   // n x kLabels
+    std::vector<unsigned char> m_labels; // n
+};
+
+}  // namespace ws
+
+#endif
