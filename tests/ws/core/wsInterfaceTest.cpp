@@ -201,7 +201,8 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("ENABLE_POS_TAGGER"), std::string::npos);
     EXPECT_NE(initLog("ENABLE_POS_TAGGER = 2\n").find("ENABLE_POS_TAGGER is error"),
               std::string::npos);
-    EXPECT_NE(initLog("ENABLE_PLUG_IN = true\n").find("ENABLE_PLUG_IN"), std::string::npos);
+    EXPECT_NE(initLog("ENABLE_CORRECT_PHRASE = true\n").find("ENABLE_CORRECT_PHRASE"),
+              std::string::npos);
     EXPECT_NE(initLog("BASE_DICTIONARY = " + dir.file("none.dict") + "\n").find("load dicts fail!"),
               std::string::npos);
     EXPECT_NE(initLog("NUMERIC_RULE_FILE = " + dir.file("none.txt") + "\n")
