@@ -23,6 +23,10 @@ const long kKnownFamily = 5;
 const long kForeignMinCount = 10;
 const double kForeignMinShare = 0.2;
 const size_t kMaxLine = 1 << 20;
+// A context word must be next to a name this often, and in this share of
+// its occurrences.
+const long kContextMinCount = 15;
+const double kContextMinShare = 0.1;
 
 std::u16string toUtf16(const std::string& s) {
     EncodeConverter::Utf16String u =
@@ -87,7 +91,7 @@ bool PersonNameTrainer::fail(const std::string& message) {
 
 void PersonNameTrainer::labelName(Sentence& s, size_t start, size_t len) {
     if (len < 2) return;  // a lone character is no name the tagger reports
-    for (size_t k = 0; k < len; ++k) s.labels[start + k] = static_cast<char>(k < 2 ? k : 2);
+    for (size_t k = 0; k < len; ++k) s.labels[start + k] = static_cast<char>(k == 0 ? 0 : k + 1 < len ? 1 : 2);
 }
 
 void PersonNameTrainer::noteForeign(const std::u16string& name) {
@@ -96,33 +100,42 @@ void PersonNameTrainer::noteForeign(const std::u16string& name) {
 
 bool PersonNameTrainer::parsePfrLine(const std::string& line, Sentence& out) {
     out = Sentence();
+    std::vector<std::pair<std::u16string, std::string>> words;
     const std::vector<std::string> tokens = splitBlanks(line);
-    std::vector<std::u16string> group;  // the nr tokens in a row
-    auto closeGroup = [&] {
-        size_t len = 0;
-        for (const auto& g : group) len += g.size();
-        const size_t start = out.text.size() - len;
-        labelName(out, start, len);
-        if (group.size() >= 2 && group[0].size() <= 2) {
-            ++m_family[group[0]];
-            for (size_t k = 1; k < group.size(); ++k)
-                for (char16_t c : group[k]) ++m_given[c];
-        } else if (group.size() == 1 && len >= 3) {
-            noteForeign(group[0]);
-        }
-        group.clear();
-    };
     for (size_t i = 1; i < tokens.size(); ++i) {  // the first token is the paragraph id
         std::string word, tag;
-        if (!splitToken(tokens[i], word, tag)) continue;
-        const std::u16string w = toUtf16(word);
-        if (tag != "nr" && !group.empty()) closeGroup();
-        out.text += w;
-        out.labels.append(w.size(), static_cast<char>(kOutside));
-        if (tag == "nr") group.push_back(w);
+        if (splitToken(tokens[i], word, tag)) words.emplace_back(toUtf16(word), tag);
     }
-    if (!group.empty()) closeGroup();
+    for (size_t i = 0; i < words.size();) {
+        if (words[i].second != "w") ++m_wordCount[words[i].first];
+        if (words[i].second != "nr") {
+            out.text += words[i].first;
+            out.labels.append(words[i].first.size(), static_cast<char>(kOutside));
+            ++i;
+            continue;
+        }
+        size_t j = i;
+        const size_t start = out.text.size();
+        while (j < words.size() && words[j].second == "nr") out.text += words[j++].first;
+        out.labels.append(out.text.size() - start, static_cast<char>(kOutside));
+        labelName(out, start, out.text.size() - start);
+        noteName(words, i, j);
+        i = j;
+    }
     return !out.text.empty();
+}
+
+void PersonNameTrainer::noteName(const std::vector<std::pair<std::u16string, std::string>>& words,
+                                 size_t i, size_t j) {
+    if (j - i >= 2 && words[i].first.size() <= 2) {
+        ++m_family[words[i].first];
+        for (size_t k = i + 1; k < j; ++k)
+            for (char16_t c : words[k].first) ++m_given[c];
+    } else if (j - i == 1 && words[i].first.size() >= 3) {
+        noteForeign(words[i].first);
+    }
+    if (i > 0 && words[i - 1].second != "w") ++m_leftContext[words[i - 1].first];
+    if (j < words.size() && words[j].second != "w") ++m_rightContext[words[j].first];
 }
 
 bool PersonNameTrainer::parseMsraLine(const std::string& line, Sentence& out) {
@@ -276,7 +289,7 @@ bool PersonNameTrainer::writeModel() const {
     const std::string freqPath = m_opt.outDir + "/person_freq.txt";
     std::ofstream alpha(alphaPath), freq(freqPath);
     if (!alpha || !freq) return false;
-    alpha.precision(9);
+    alpha.precision(7);
     int id = 0;
     for (size_t p = 0; p < m_predKeys.size(); ++p) {
         const uint64_t key = m_predKeys[p];
@@ -299,11 +312,14 @@ bool PersonNameTrainer::writeModel() const {
 
 namespace {
 
+std::u16string asText(char16_t c) { return std::u16string(1, c); }
+const std::u16string& asText(const std::u16string& s) { return s; }
+
 template <typename Map>
 bool writeCounts(const std::string& path, const Map& counts, long minCount) {
     std::vector<std::pair<long, std::u16string>> rows;
     for (const auto& c : counts)
-        if (c.second >= minCount) rows.emplace_back(-c.second, std::u16string(1, c.first));
+        if (c.second >= minCount) rows.emplace_back(-c.second, asText(c.first));
     std::sort(rows.begin(), rows.end());
     std::ofstream out(path);
     for (const auto& r : rows) out << toUtf8(r.second.data(), r.second.size()) << '\t' << -r.first << '\n';
@@ -311,6 +327,18 @@ bool writeCounts(const std::string& path, const Map& counts, long minCount) {
 }
 
 }  // namespace
+
+std::map<std::u16string, long> PersonNameTrainer::contextWords(
+    const std::map<std::u16string, long>& next) const {
+    std::map<std::u16string, long> kept;
+    for (const auto& w : next) {
+        const auto all = m_wordCount.find(w.first);
+        if (w.first.size() <= 3 && w.second >= kContextMinCount && all != m_wordCount.end() &&
+            w.second >= kContextMinShare * all->second)
+            kept.insert(w);
+    }
+    return kept;
+}
 
 bool PersonNameTrainer::writeLists() const {
     std::vector<std::pair<long, std::u16string>> family;
@@ -328,7 +356,9 @@ bool PersonNameTrainer::writeLists() const {
             foreign.insert(f);
     }
     return writeCounts(m_opt.outDir + "/given_name_chars.txt", m_given, 2) &&
-           writeCounts(m_opt.outDir + "/foreign_name_chars.txt", foreign, 1);
+           writeCounts(m_opt.outDir + "/foreign_name_chars.txt", foreign, 1) &&
+           writeCounts(m_opt.outDir + "/name_left_context.txt", contextWords(m_leftContext), 1) &&
+           writeCounts(m_opt.outDir + "/name_right_context.txt", contextWords(m_rightContext), 1);
 }
 
 int PersonNameTrainer::run() {

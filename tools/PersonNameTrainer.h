@@ -19,7 +19,7 @@ struct PersonTrainOptions {
     int cutoff = 2;           // (context, label) pairs seen fewer times get no weight
     double keepPlain = 1.0;   // share of sentences without a name that are kept
     unsigned seed = 1;        // draws which of them
-    std::string outDir;       // where the five files go
+    std::string outDir;       // where the files go
 };
 
 // Learns the person-name model and the name lists from the two corpora:
@@ -31,8 +31,10 @@ struct PersonTrainOptions {
 //   given_name_chars.txt      "<char>\t<count>": characters of given names
 //   foreign_name_chars.txt    "<char>\t<count>": characters that mostly
 //                      occur in transliterated names
-// Labels and templates are MEPersonNameTagger's: a name is labelled by
-// position (0, 1, 2, 2, ...); one-character names count as no name.
+//   name_left_context.txt, name_right_context.txt   "<word>\t<count>":
+//                      People's Daily words often right before / after a name
+// Labels and templates are MEPersonNameTagger's: a name is labelled
+// 0, 1, ..., 1, 2; one-character names count as no name.
 // Training is GIS with a constant of 12 (the features per event) from all
 // weights 1, so a run is deterministic. Not thread-safe.
 class PersonNameTrainer {
@@ -65,6 +67,11 @@ private:
     void addSentence(const Sentence& s);
     void labelName(Sentence& s, size_t start, size_t len);
     void noteForeign(const std::u16string& name);
+    // Family, given name and context counts of the name words[i, j).
+    void noteName(const std::vector<std::pair<std::u16string, std::string>>& words, size_t i,
+                  size_t j);
+    // The context words worth listing among those counted in `next`.
+    std::map<std::u16string, long> contextWords(const std::map<std::u16string, long>& next) const;
     void buildEvents();
     void train();
     double iterate(std::vector<double>& expected);
@@ -79,6 +86,9 @@ private:
     std::map<char16_t, long> m_given;
     std::map<char16_t, long> m_foreign;
     std::unordered_map<char16_t, long> m_charCount;
+    std::map<std::u16string, long> m_wordCount;  // People's Daily words, punctuation aside
+    std::map<std::u16string, long> m_leftContext;
+    std::map<std::u16string, long> m_rightContext;
     std::unordered_map<uint64_t, int32_t> m_predIds;
     std::vector<uint64_t> m_predKeys;
     std::vector<double> m_empirical;  // per predicate x label

@@ -42,11 +42,8 @@ void MEPersonNameTagger::contextKeys(const unsigned short* text, unsigned n, uns
 }
 
 bool MEPersonNameTagger::allowed(int prev, int next) {
-    switch (next) {
-        case 1: return prev == 0;
-        case 2: return prev == 1 || prev == 2;
-        default: return prev != 0;  // a name has at least two characters
-    }
+    const bool inName = prev == 0 || prev == 1;
+    return next == 1 || next == 2 ? inName : !inName;
 }
 
 void MEPersonNameTagger::_score(const unsigned short* text, unsigned n) {
@@ -89,9 +86,8 @@ void MEPersonNameTagger::_viterbi(unsigned n) {
             m_back[i * kLabels + l] = from;
         }
     }
-    int last = 3;
-    for (int l = 1; l < kLabels; ++l)
-        if (m_score[(n - 1) * kLabels + l] > m_score[(n - 1) * kLabels + last]) last = l;
+    // A text ends outside a name or on a name's last character.
+    int last = m_score[(n - 1) * kLabels + 2] > m_score[(n - 1) * kLabels + 3] ? 2 : 3;
     for (unsigned i = n; i-- > 0;) {
         m_labels[i] = static_cast<unsigned char>(last);
         if (i > 0) last = m_back[i * kLabels + last];
@@ -106,8 +102,10 @@ int MEPersonNameTagger::_record(TextSegmentation& seg, unsigned n) const {
     for (unsigned i = 0; i < n && i < buf.words.size(); ++i) {
         if (m_labels[i] != 0) continue;
         unsigned e = i + 1;
-        while (e < n && (m_labels[e] == 1 || m_labels[e] == 2)) ++e;
-        if (e - i < 2 || e - i > kMaxNameLength) continue;
+        while (e < n && m_labels[e] == 1) ++e;
+        if (e == n || m_labels[e] != 2) continue;
+        ++e;
+        if (e - i > kMaxNameLength) continue;
         buf.words[i].len = static_cast<unsigned char>(e - i);
         buf.words[i].flag = 1;
         ++names;

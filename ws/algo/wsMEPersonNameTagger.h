@@ -13,8 +13,10 @@ struct TextSegmentation;
 // candidates in a new-word buffer.
 //
 // Labels: 0 the name's first character (the family name of a Chinese
-// name), 1 its second, 2 any later one, 3 not in a name. A name is 0, 1,
-// then any number of 2s; single-character names are not tagged.
+// name), 1 a character inside it, 2 its last character, 3 not in a name.
+// A name is 0, any number of 1s, then 2: both of its ends are labelled,
+// so that a name does not run on into the next character. Single-character
+// names are not tagged.
 //
 // Features of position i, c(k) being the character at k (kBoundary outside
 // the text), one key per template:

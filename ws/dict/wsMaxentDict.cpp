@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 
 #include <algorithm>
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstring>
@@ -118,8 +119,8 @@ int MaxentDict::loadAlphaFromText(const char* path) {
         int id = -1;
         double alpha = 0;
         if (std::sscanf(line.c_str(), "%d%lf", &id, &alpha) != 2 || id < 0 ||
-            id > kMaxFeatureId) {
-            log->warn("%s:%u: not a feature id and its alpha", path, lineNo);
+            id > kMaxFeatureId || !(alpha > 0) || !(alpha < FLT_MAX)) {
+            log->warn("%s:%u: not a feature id and a positive alpha", path, lineNo);
             log->warn("%s\n", line.c_str());
             continue;
         }
@@ -326,7 +327,8 @@ int MaxentDict::loadDict(const char* path) {
     std::unique_ptr<MMap> map(new MMap());
     void* addr = map->mapFile(path);
     if (addr == MAP_FAILED) return _failLoad(WS_ERR_OPEN_FILE);
-    return _parse(static_cast<const char*>(addr), map->length(), {}, std::move(map));
+    const uint64_t size = map->length();  // before the map moves into the call
+    return _parse(static_cast<const char*>(addr), size, {}, std::move(map));
 }
 
 int MaxentDict::loadDict(std::FILE* fp) {
@@ -341,7 +343,8 @@ int MaxentDict::loadDict(std::FILE* fp) {
     if (std::fread(copy.data(), 1, copy.size(), fp) != copy.size())
         return _failLoad(WS_ERR_FILE_TOO_SMALL);
     const char* data = copy.data();
-    return _parse(data, copy.size(), std::move(copy), nullptr);
+    const uint64_t size = copy.size();
+    return _parse(data, size, std::move(copy), nullptr);
 }
 
 int MaxentDict::writeDict(const char* path) {

@@ -84,7 +84,8 @@ public:
     bool buildDict(const char* freqPath, const char* alphaPath, const char* outPath);
 
     // Reads "<feature id> <alpha>" lines (ids from 1; lines that do not give
-    // both, or give a negative or too large id, are logged and skipped),
+    // both, give a negative or too large id, or an alpha that is not a
+    // positive float, are logged and skipped),
     // replacing any alphas read before. Returns the last id read, or -1 when
     // the file cannot be opened.
     int loadAlphaFromText(const char* path);
