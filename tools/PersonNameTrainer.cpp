@@ -23,6 +23,8 @@ const long kKnownFamily = 5;
 const long kForeignMinCount = 10;
 const double kForeignMinShare = 0.2;
 const size_t kMaxLine = 1 << 20;
+const int kNewtonSteps = 30;
+const double kMaxStep = 2.0;  // keeps one Newton step from overflowing exp
 // A context word must be next to a name this often, and in this share of
 // its occurrences.
 const long kContextMinCount = 15;
@@ -64,6 +66,10 @@ bool splitToken(std::string token, std::string& word, std::string& tag) {
     if (close != std::string::npos) tag.erase(close);
     return true;
 }
+
+bool ideograph(char16_t c) { return c >= 0x4E00 && c <= 0x9FFF; }
+
+bool ideographs(const std::u16string& s) { return std::all_of(s.begin(), s.end(), ideograph); }
 
 uint64_t predicateKey(int group, const Tagger::Key& k) {
     const uint64_t units = k.units[0] | (k.len == 2 ? static_cast<uint64_t>(k.units[1]) << 16 : 0);
@@ -127,10 +133,11 @@ bool PersonNameTrainer::parsePfrLine(const std::string& line, Sentence& out) {
 
 void PersonNameTrainer::noteName(const std::vector<std::pair<std::u16string, std::string>>& words,
                                  size_t i, size_t j) {
-    if (j - i >= 2 && words[i].first.size() <= 2) {
+    if (j - i >= 2 && words[i].first.size() <= 2 && ideographs(words[i].first)) {
         ++m_family[words[i].first];
         for (size_t k = i + 1; k < j; ++k)
-            for (char16_t c : words[k].first) ++m_given[c];
+            for (char16_t c : words[k].first)
+                if (ideograph(c)) ++m_given[c];  // tokens such as 钟（昆音） carry notes
     } else if (j - i == 1 && words[i].first.size() >= 3) {
         noteForeign(words[i].first);
     }
@@ -233,8 +240,9 @@ void PersonNameTrainer::buildEvents() {
     for (size_t p = 0; p < m_predKeys.size(); ++p) {
         m_predIds[m_predKeys[p]] = static_cast<int32_t>(p);
         const auto& c = counts[m_predKeys[p]];
-        for (int l = 0; l < kLabels; ++l)
-            if (c[l] >= m_opt.cutoff) m_empirical[p * kLabels + l] = static_cast<double>(c[l]);
+        // Every label of a kept context gets a weight, so that a context
+        // can also speak against a label it was never seen with.
+        for (int l = 0; l < kLabels; ++l) m_empirical[p * kLabels + l] = static_cast<double>(c[l]);
     }
     counts.clear();
     forEachPosition([&](unsigned char label) {
@@ -270,15 +278,30 @@ double PersonNameTrainer::iterate(std::vector<double>& expected) {
     return logLik / static_cast<double>(m_events.size());
 }
 
+double PersonNameTrainer::gisStep(size_t k, double expected) const {
+    // GIS with a Gaussian prior: the step d solves
+    //   expected * exp(C d) + (lambda + d) / sigma2 = empirical,
+    // C = 12, the most contexts an event has. The left side rises with d,
+    // so Newton's method from 0 finds the one root.
+    const double c = Tagger::kTemplates;
+    double d = 0;
+    for (int it = 0; it < kNewtonSteps; ++it) {
+        const double e = expected * std::exp(c * d);
+        const double f = e + (m_lambda[k] + d) / m_opt.sigma2 - m_empirical[k];
+        const double slope = c * e + 1 / m_opt.sigma2;
+        const double next = std::max(-kMaxStep, std::min(kMaxStep, d - f / slope));
+        if (std::fabs(next - d) < 1e-9) return next;
+        d = next;
+    }
+    return d;
+}
+
 void PersonNameTrainer::train() {
     m_lambda.assign(m_empirical.size(), 0.0);
     std::vector<double> expected(m_empirical.size());
     for (int it = 1; it <= m_opt.iterations; ++it) {
         const double ll = iterate(expected);
-        // Every event has at most twelve active contexts: GIS's constant.
-        for (size_t k = 0; k < m_lambda.size(); ++k)
-            if (m_empirical[k] > 0 && expected[k] > 0)
-                m_lambda[k] += std::log(m_empirical[k] / expected[k]) / Tagger::kTemplates;
+        for (size_t k = 0; k < m_lambda.size(); ++k) m_lambda[k] += gisStep(k, expected[k]);
         if (it == 1 || it % 10 == 0 || it == m_opt.iterations)
             m_log << "zeg-person: iteration " << it << " log-likelihood " << ll << '\n';
     }
@@ -300,7 +323,6 @@ bool PersonNameTrainer::writeModel() const {
         const std::string text = toUtf8(units, static_cast<size_t>(len));
         for (int l = 0; l < kLabels; ++l) {
             const size_t k = p * kLabels + l;
-            if (m_empirical[k] <= 0) continue;
             alpha << ++id << ' ' << std::exp(m_lambda[k]) << '\n';
             freq << id << ' ' << m_empirical[k] << ' ' << l << ' ' << text << ' '
                  << templateOf(group, len) << '\n';

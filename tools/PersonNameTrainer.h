@@ -16,7 +16,8 @@ struct PersonTrainOptions {
     std::string msra;         // MSRA named entities (may be empty)
     long msraHoldout = 0;     // the last lines of the MSRA file, kept out of training
     int iterations = 100;     // GIS iterations
-    int cutoff = 2;           // (context, label) pairs seen fewer times get no weight
+    int cutoff = 2;           // contexts seen fewer times with every label get no weights
+    double sigma2 = 1.0;      // variance of the Gaussian prior on the weights
     double keepPlain = 1.0;   // share of sentences without a name that are kept
     unsigned seed = 1;        // draws which of them
     std::string outDir;       // where the files go
@@ -35,8 +36,11 @@ struct PersonTrainOptions {
 //                      People's Daily words often right before / after a name
 // Labels and templates are MEPersonNameTagger's: a name is labelled
 // 0, 1, ..., 1, 2; one-character names count as no name.
-// Training is GIS with a constant of 12 (the features per event) from all
-// weights 1, so a run is deterministic. Not thread-safe.
+// A context is kept when it was seen at least `cutoff` times with one label
+// (a pair of characters only when that label is a name's); each kept
+// context gets a weight for every label. Training is GIS (constant 12,
+// the contexts per event) with a Gaussian prior, from all weights 1, so a
+// run is deterministic. Not thread-safe.
 class PersonNameTrainer {
 public:
     PersonNameTrainer(const PersonTrainOptions& options, std::ostream& log);
@@ -75,6 +79,8 @@ private:
     void buildEvents();
     void train();
     double iterate(std::vector<double>& expected);
+    // The change of weight k (log scale) in one iteration.
+    double gisStep(size_t k, double expected) const;
     bool writeModel() const;
     bool writeLists() const;
     bool fail(const std::string& message);

@@ -14,14 +14,16 @@ namespace {
 
 const char kUsage[] =
     "usage: zeg-person train --out DIR [--pfr FILE] [--msra FILE] [--msra-holdout N]\n"
-    "                        [--iterations N] [--cutoff N] [--keep-plain R] [--seed N]\n"
+    "                        [--iterations N] [--cutoff N] [--sigma2 V] [--keep-plain R]\n"
+    "                        [--seed N]\n"
     "       zeg-person build --freq FILE --alpha FILE --output MODEL\n"
     "\n"
     "train  learns person_alpha.txt, person_freq.txt, family_names.txt,\n"
     "       given_name_chars.txt and foreign_name_chars.txt into DIR from People's\n"
     "       Daily (--pfr, word/tag tokens) and MSRA (--msra, chunk/tag tokens), the\n"
     "       last N MSRA lines left out (--msra-holdout, default 0); GIS for\n"
-    "       --iterations (100) with a (context, label) cut-off of --cutoff (2);\n"
+    "       --iterations (100), a Gaussian prior of variance --sigma2 (1) and a\n"
+    "       context cut-off of --cutoff (2);\n"
     "       --keep-plain (1.0) of the sentences without a name, drawn with --seed (1).\n"
     "build  compiles the two model text files into the binary model.\n";
 
@@ -48,6 +50,7 @@ int train(const std::map<std::string, std::string>& o) {
         else if (kv.first == "iterations") opt.iterations = static_cast<int>(v);
         else if (kv.first == "cutoff") opt.cutoff = static_cast<int>(v);
         else if (kv.first == "keep-plain") opt.keepPlain = v;
+        else if (kv.first == "sigma2" && v > 0) opt.sigma2 = v;
         else if (kv.first == "seed") opt.seed = static_cast<unsigned>(v);
         else return usageError("unknown option --" + kv.first + " for train");
     }

@@ -20,6 +20,7 @@ unsigned short charAt(const unsigned short* text, unsigned n, long k) {
 }
 
 const double kImpossible = -1e300;
+const int kOutside = 3;
 
 }  // namespace
 
@@ -46,14 +47,33 @@ bool MEPersonNameTagger::allowed(int prev, int next) {
     return next == 1 || next == 2 ? inName : !inName;
 }
 
+const unsigned char* MEPersonNameTagger::_record(unsigned short a, unsigned short b,
+                                                 unsigned len) const {
+    const unsigned short key[2] = {a, b};
+    return m_model->match(reinterpret_cast<const char*>(key), len * 2);
+}
+
+void MEPersonNameTagger::_lookUp(const unsigned short* text, unsigned n) {
+    // Every template reads a character, an adjacent pair or the pair around
+    // position i: one look-up each per position instead of twelve per position.
+    for (long k = -kMargin; k < static_cast<long>(n) + kMargin; ++k) {
+        const unsigned short c = charAt(text, n, k);
+        m_single[k + kMargin] = _record(c, 0, 1);
+        m_pair[k + kMargin] = _record(c, charAt(text, n, k + 1), 2);
+        m_around[k + kMargin] = _record(charAt(text, n, k - 1), charAt(text, n, k + 1), 2);
+    }
+}
+
 void MEPersonNameTagger::_score(const unsigned short* text, unsigned n) {
-    Key keys[kTemplates];
+    _lookUp(text, n);
     for (unsigned i = 0; i < n; ++i) {
-        contextKeys(text, n, i, keys);
         int sums[kLabels] = {};
         for (int t = 0; t < kTemplates; ++t) {
-            const unsigned char* r =
-                m_model->match(reinterpret_cast<const char*>(keys[t].units), keys[t].len * 2u);
+            const long at = static_cast<long>(i) + kOffsets[t][0] + kMargin;
+            const unsigned char* r = kOffsets[t][1] == kNone ? m_single[at]
+                                     : kOffsets[t][1] == kOffsets[t][0] + 1
+                                         ? m_pair[at]
+                                         : m_around[i + kMargin];
             const int group = MaxentDict::kTemplateGroup[t];
             for (int l = 0; l < kLabels; ++l) {
                 const unsigned char c = r[l + kLabels * group];
@@ -63,7 +83,9 @@ void MEPersonNameTagger::_score(const unsigned short* text, unsigned n) {
         double p[kLabels], total = 0;
         for (int l = 0; l < kLabels; ++l) total += p[l] = m_model->codeSum(sums[l]);
         for (int l = 0; l < kLabels; ++l)
-            m_score[i * kLabels + l] = p[l] > 0 && total > 0 ? std::log(p[l] / total) : kImpossible;
+            m_score[i * kLabels + l] = p[l] > 0 && total > 0
+                                           ? std::log(p[l] / total) + (l < kOutside ? m_nameBias : 0)
+                                           : kImpossible;
     }
 }
 
@@ -122,6 +144,7 @@ int MEPersonNameTagger::tag(TextSegmentation& seg, int) {
         m_score.resize(static_cast<size_t>(n) * kLabels);
         m_back.resize(static_cast<size_t>(n) * kLabels);
         m_labels.resize(n);
+        for (auto* records : {&m_single, &m_pair, &m_around}) records->resize(n + 2 * kMargin);
     }
     _score(seg.text, n);
     _viterbi(n);

@@ -26,7 +26,7 @@ struct TextSegmentation;
 // The trainer builds its events with contextKeys, so both sides agree.
 //
 // Decoding: per position the label probabilities come from the model's
-// code sums; the best label sequence under the name shape above is found
+// code sums (each record looked up once per text position); the best label sequence under the name shape above is found
 // by Viterbi over their logarithms.
 //
 // Not copyable. Thread safety: keeps per-call buffers; one text at a time.
@@ -51,6 +51,10 @@ public:
     // new-word buffer with index `bufferIndex`. False for a null model.
     bool init(const MaxentDict* model, int bufferIndex);
 
+    // Adds `bias` to the log-probability of the three name labels: above 0
+    // more names are found, fewer of them right. 0 until set.
+    void setNameBias(double bias) { m_nameBias = bias; }
+
     // Tags seg.text and records each name (2 .. kMaxNameLength characters)
     // at its start in the buffer; the mode is not used. Returns the number
     // of names. Allocates only when the text is longer than any before.
@@ -66,6 +70,12 @@ public:
     const std::vector<unsigned char>& labels() const { return m_labels; }
 
 private:
+    // Positions before and after the text that templates reach.
+    static constexpr int kMargin = 3;
+
+    const unsigned char* _record(unsigned short a, unsigned short b, unsigned len) const;
+    // Fills the three record tables for text[0, n).
+    void _lookUp(const unsigned short* text, unsigned n);
     // Fills m_score with the log-probabilities of every label at every position.
     void _score(const unsigned short* text, unsigned n);
     void _viterbi(unsigned n);
@@ -73,9 +83,13 @@ private:
 
     const MaxentDict* m_model = nullptr;
     int m_bufferIndex = -1;
+    double m_nameBias = 0;
     std::vector<double> m_score;         // n x kLabels
     std::vector<unsigned char> m_back;   // n x kLabels
     std::vector<unsigned char> m_labels; // n
+    // Model records by position k + kMargin: of c(k), of c(k) c(k + 1) and
+    // of c(k - 1) c(k + 1).
+    std::vector<const unsigned char*> m_single, m_pair, m_around;
 };
 
 }  // namespace ws

@@ -52,6 +52,7 @@ bool PersonRecognizer::_initMaxent(const WsConfig& config, int meIdx) {
         return false;
     }
     m_meTagger->init(m_model.get(), meIdx);
+    m_meTagger->setNameBias(config.getDouble("MAXENT_NAME_BIAS", 0.0));
     m_maxentOn = true;
     m_meIdx = meIdx;
     if (meIdx < 0) {

@@ -27,6 +27,7 @@ class WsDictSet;
 // Configuration: the switches ENABLE_RULEBASED_NAME_TAGGER,
 // ENABLE_MAXENT_PERSON_NAME_TAGGER, ENABLE_FAMILY_NAME_CHECK and
 // ENABLE_RIGHT_BOUNDARY_CHECK; MAXENT_PERSON_NAME_DICT (the model),
+// MAXENT_NAME_BIAS (the tagger's name bias, 0 by default),
 // CHN_FAMILY_NAME_FREQ_DICT and CHN_FAMILY_NAME_FREQ_THRESHOLD (the
 // family-name list and the least frequency of a name in it); the
 // rule-based tagger's own keys.
