@@ -12,7 +12,9 @@ namespace {
 const char kUsage[] =
     "usage: zeg-segment --config SEGMENTER.conf [--weights]\n"
     "Reads UTF-8 lines from standard input and prints each segmented, words\n"
-    "followed by a blank. --weights prints each word's types and weights.\n";
+    "followed by a blank. --weights prints each word's types and weights.\n"
+    "A line that cannot be segmented is reported on standard error and printed\n"
+    "empty; the exit status is then 1.\n";
 
 struct Options {
     const char* config = nullptr;
@@ -57,12 +59,23 @@ int main(int argc, char** argv) {
     }
     std::ios::sync_with_stdio(false);
     std::string line;
+    unsigned long lineNo = 0;
+    bool allSegmented = true;
     while (std::getline(std::cin, line)) {
+        ++lineNo;
         if (!line.empty() && line.back() == '\r') line.pop_back();
         const char* out = segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
                                             options.weights ? 1 : 0);
-        if (out != nullptr) std::fwrite(out, 1, std::strlen(out), stdout);
+        if (out != nullptr) {
+            std::fwrite(out, 1, std::strlen(out), stdout);
+        } else {
+            // One output line per input line all the same, so outputs stay aligned.
+            std::fprintf(stderr, "zeg-segment: line %lu: cannot segment it (not UTF-8 text "
+                                 "of the basic multilingual plane)\n", lineNo);
+            allSegmented = false;
+        }
         std::fputc('\n', stdout);
     }
-    return std::fflush(stdout) == 0 ? 0 : 1;
+    if (std::fflush(stdout) != 0) return 1;
+    return allSegmented ? 0 : 1;
 }

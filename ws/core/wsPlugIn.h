@@ -23,15 +23,16 @@
 // EncodeConverter. Those helpers and the rest of the public segmenter live in
 // the shared library libzegws.so; link it (-lzegws). Build with the same
 // compiler and C++ standard library as the segmenter.
+#include "ws/core/wsExport.h"
 #include "ws/core/wsReviser.h"
 #include "ws/core/wsTextProcessor.h"
 #include "ws/core/wsTextSegmentation.h"
 
 extern "C" {
 // Returns a new reviser, or null on failure.
-ws::Reviser* createReviser();
+WS_EXPORT ws::Reviser* createReviser();
 // Returns a new text processor, or null on failure.
-ws::TextProcessor* createTextProcessor();
+WS_EXPORT ws::TextProcessor* createTextProcessor();
 }
 
 namespace ws {
