@@ -180,13 +180,16 @@ TEST_F(PersonRecognizerTest, ThreeCharacterNamesLoseACharacterThatStartsAWord) {
     ASSERT_EQ(dicts.loadDict(dir.file("base.dict"), dir.file("alnum.dict"), {}), 0);
     ws::PersonRecognizer r(nullptr, nullptr, &dicts);
     ASSERT_TRUE(r.init(config(""), meIdx, ruleIdx));
+    // The last case segments only 王小明 of 王小明天: 天 lies past the end.
     const struct {
         const char16_t* text;
+        unsigned len;
         unsigned start;
         int length;
-    } cases[] = {{u"王小明天好", 0, 2}, {u"王小明好", 0, 3}, {u"好王小明", 1, 3}};
+    } cases[] = {{u"王小明天好", 5, 0, 2}, {u"王小明好", 4, 0, 3}, {u"王小明天", 3, 0, 3}};
     for (const auto& c : cases) {
         setText(c.text);
+        seg.init(text.data(), work.data(), work.data(), c.len);
         seg.newWordBuffers[meIdx].words[c.start].len = 3;
         r._checkRightBoundary(seg, ws::WS_PROPERTY_PER_ME, static_cast<int>(meIdx));
         EXPECT_EQ(lengths(meIdx)[c.start], c.length) << c.start;
