@@ -26,8 +26,9 @@ struct TextSegmentation;
 // The trainer builds its events with contextKeys, so both sides agree.
 //
 // Decoding: per position the label probabilities come from the model's
-// code sums (each record looked up once per text position); the best label sequence under the name shape above is found
-// by Viterbi over their logarithms.
+// code sums (each record is looked up once per text position); Viterbi
+// over their logarithms finds the best label sequence of the name shape
+// above.
 //
 // Not copyable. Thread safety: keeps per-call buffers; one text at a time.
 class MEPersonNameTagger {
@@ -56,7 +57,7 @@ public:
     void setNameBias(double bias) { m_nameBias = bias; }
 
     // Tags seg.text and records each name (2 .. kMaxNameLength characters)
-    // at its start in the buffer; the mode is not used. Returns the number
+    // at its start in the buffer (length, flag 1); the mode is not used. Returns the number
     // of names. Allocates only when the text is longer than any before.
     int tag(TextSegmentation& seg, int mode);
 
@@ -65,9 +66,6 @@ public:
                             Key keys[kTemplates]);
     // True when label `next` may follow label `prev`.
     static bool allowed(int prev, int next);
-
-    // The labels of the last text tagged (for tests and diagnostics).
-    const std::vector<unsigned char>& labels() const { return m_labels; }
 
 private:
     // Positions before and after the text that templates reach.
