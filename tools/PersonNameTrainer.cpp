@@ -1,11 +1,15 @@
 #include "tools/PersonNameTrainer.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <fstream>
 #include <random>
 
+#include "tools/LineReader.h"
 #include "ws/algo/wsMEPersonNameTagger.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsMaxentDict.h"
@@ -164,27 +168,54 @@ bool PersonNameTrainer::parseMsraLine(const std::string& line, Sentence& out) {
     return !out.text.empty();
 }
 
-bool PersonNameTrainer::readFile(const std::string& path, bool pfr, long skipTail) {
-    std::ifstream in(path);
-    if (!in) return fail("cannot open " + path);
-    long total = 0;
-    std::string line;
-    if (skipTail > 0) {
-        while (std::getline(in, line)) ++total;
-        in.clear();
-        in.seekg(0);
+namespace {
+
+// A file descriptor for reading, closed when it goes.
+class InputFile {
+public:
+    explicit InputFile(const std::string& path) : m_fd(::open(path.c_str(), O_RDONLY)) {}
+    ~InputFile() {
+        if (m_fd >= 0) ::close(m_fd);
     }
-    const long keep = skipTail > 0 ? total - skipTail : -1;
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    int fd() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+// Lines of the file, or -1 when it cannot be read.
+long countLines(const std::string& path) {
+    InputFile in(path);
+    if (in.fd() < 0) return -1;
+    LineReader reader(in.fd(), 1);
+    std::string line;
+    bool cut = false;
+    long n = 0;
+    while (reader.next(line, cut)) ++n;
+    return reader.failed() ? -1 : n;
+}
+
+}  // namespace
+
+bool PersonNameTrainer::readFile(const std::string& path, bool pfr, long skipTail) {
+    const long total = skipTail > 0 ? countLines(path) : 0;
+    InputFile in(path);
+    if (in.fd() < 0 || total < 0) return fail("cannot read " + path);
+    LineReader reader(in.fd(), kMaxLine);
+    std::string line;
+    bool cut = false;
     Sentence s;
-    for (long n = 0; std::getline(in, line); ++n) {
-        if (keep >= 0 && n >= keep) break;
-        if (line.size() > kMaxLine) {
+    for (long n = 0; reader.next(line, cut); ++n) {
+        if (skipTail > 0 && n >= total - skipTail) break;
+        if (cut) {
             m_log << path << ':' << n + 1 << ": line too long, skipped\n";
             continue;
         }
         if (pfr ? parsePfrLine(line, s) : parseMsraLine(line, s)) addSentence(s);
     }
-    if (in.bad()) return fail("read error in " + path);
+    if (reader.failed()) return fail("read error in " + path);
     return true;
 }
 
