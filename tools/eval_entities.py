@@ -1,12 +1,13 @@
 #!/usr/bin/python3
 """Scores zeg-segment against tagged corpora.
 
-  eval_entities.py names --config SEG.conf [--last N] MSRA_FILE
+  eval_entities.py names --config SEG.conf [--last N] [--pfr] MSRA_FILE
       Entity precision, recall and F1 over exact character spans: a word
       that zeg-segment marks as an entity (--weights output; "/NR" for
       persons) must cover exactly a gold chunk of the tag (nr). --kind org
       scores "/NT" against nt chunks. --dict-tag also counts words whose
-      dictionary type is the tag.
+      dictionary type is the tag. --pfr reads People's Daily text instead,
+      a family name and its given name making one gold name.
   eval_entities.py words --config SEG.conf [--merge-names] PFR_FILE
       SIGHAN-style word precision, recall and F1 against People's Daily
       segmentation; --merge-names joins a family name and its given name
@@ -118,7 +119,10 @@ def chunk_spans(sentence, tag):
 
 def run_names(args):
     tag, marker = KINDS[args.kind]
-    sentences = read_msra(args.corpus, args.last)
+    if args.pfr:
+        sentences = read_pfr(args.corpus, True)
+    else:
+        sentences = read_msra(args.corpus, args.last)
     outputs, speed = segment(args.segment, args.config, ["".join(w for w, _ in s) for s in sentences])
     dict_mark = "/" + tag + "@"
     marked = lambda notes: marker in notes + " " or (args.dict_tag and dict_mark in notes)
@@ -157,6 +161,9 @@ def main():
     names.add_argument("--config", required=True)
     names.add_argument("--kind", choices=sorted(KINDS), default="person")
     names.add_argument("--last", type=int, default=0, help="score only the last N lines")
+    names.add_argument("--pfr", action="store_true",
+                       help="the file is People's Daily text (a family name and its given "
+                            "name make one gold name)")
     names.add_argument("--dict-tag", action="store_true",
                        help="also count words whose dictionary type is the tag")
     names.add_argument("corpus")
