@@ -48,8 +48,9 @@ public:
     MEPersonNameTagger(const MEPersonNameTagger&) = delete;
     MEPersonNameTagger& operator=(const MEPersonNameTagger&) = delete;
 
-    // Uses `model` (not owned, must outlive the tagger) and writes into the
-    // new-word buffer with index `bufferIndex`. False for a null model.
+    // Uses `model` (not owned, must outlive the tagger and keep its coding)
+    // and writes into the new-word buffer with index `bufferIndex`. False
+    // for a null model.
     bool init(const MaxentDict* model, int bufferIndex);
 
     // Adds `bias` to the log-probability of the three name labels: above 0
@@ -82,6 +83,7 @@ private:
     const MaxentDict* m_model = nullptr;
     int m_bufferIndex = -1;
     double m_nameBias = 0;
+    std::vector<double> m_logCodeSum;    // ln of the model's code sums
     std::vector<double> m_score;         // n x kLabels
     std::vector<unsigned char> m_back;   // n x kLabels
     std::vector<unsigned char> m_labels; // n
