@@ -1,5 +1,6 @@
 // libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
-// is (in place, from a stream, mapped, in a dictionary set), then looked up.
+// is (in place, from a stream, mapped, in a dictionary set, as a
+// part-of-speech dictionary), then looked up.
 // Nothing may crash or read outside the bytes.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -16,6 +17,7 @@
 #include "ws/dict/wsDictSet.h"
 #include "ws/dict/wsFamilyNameDict.h"
 #include "ws/dict/wsMaxentDict.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace {
 
@@ -90,6 +92,24 @@ void exerciseMaxent(const ws::MaxentDict& d, const std::vector<std::string>& key
     for (unsigned i = 0; i < 4; ++i) sum = sum + d[i][0];
 }
 
+// A part-of-speech dictionary: the tag lists of the seed words, each
+// looked up as the tagger does (with property bits that reach the guesses).
+void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
+    volatile float sum = 0;
+    for (const std::string& k : keys) {
+        const auto* word = reinterpret_cast<const unsigned short*>(k.data());
+        const int len = static_cast<int>(k.size() / 2);
+        ws::WORD_T rec(word, static_cast<unsigned>(len), nullptr, 0, ws::WS_PROPERTY_PER_ME, 0, -1,
+                       nullptr, 0, 0, -1);
+        const char* list = d.getWordInfoBuf(word, len, &rec);
+        for (int i = 0; i < ws::TrigramPosDict::getNumTags(list); ++i) {
+            sum = sum + ws::TrigramPosDict::getProbAt(list, i);
+            d.getTagName(ws::TrigramPosDict::getTagIdAt(list, i));
+        }
+    }
+    d.getTagId("n");
+}
+
 // The bytes as a file that can be mapped: an anonymous memory file.
 std::string asFile(const uint8_t* data, size_t size, int& fd) {
     fd = memfd_create("fuzz-dict", MFD_CLOEXEC);
@@ -131,6 +151,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         std::fclose(f);
     }
 
+    ws::TrigramPosDict pos(nullptr);
+    if (pos._loadFromMem(buffer, bufferSize) == 0) exercisePos(pos, keys);
+
     int fd = -1;
     const std::string path = asFile(data, size, fd);
     if (!path.empty()) {
@@ -140,6 +163,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         ws::FamilyNameDict family;
         family.loadText(path.c_str(), 1.0f);
     }
+    ws::TrigramPosDict mappedPos(nullptr);
+    if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);
     if (fd >= 0) close(fd);
     return 0;
 }

@@ -53,6 +53,8 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
                                         {"input", "output"},
                                         {},
                                         &ZegDict::runCharFreq};
+    m_commands["pos-train"] = posTrainCommand();
+    m_commands["pos"] = posCommand();
 }
 
 int ZegDict::usageError(const std::string& message) {

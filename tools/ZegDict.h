@@ -49,6 +49,11 @@ private:
 
     int runCore(const Options& options);
     int runCharFreq(const Options& options);
+    // The part-of-speech sub-commands (ZegDictPos.cpp).
+    static SubCommand posTrainCommand();
+    static SubCommand posCommand();
+    int runPosTrain(const Options& options);
+    int runPos(const Options& options);
 
     std::ostream& m_out;
     std::ostream& m_err;
