@@ -6,7 +6,8 @@
       that zeg-segment marks as an entity (--weights output; "/NR" for
       persons) must cover exactly a gold chunk of the tag (nr). --kind org
       scores "/NT" against nt chunks. --dict-tag also counts words whose
-      dictionary type is the tag. --pfr reads People's Daily text instead,
+      dictionary type is the tag; --pos scores the words that the
+      part-of-speech tagger (zeg-segment --pos) tags nr (nt). --pfr reads People's Daily text instead,
       a family name and its given name making one gold name.
   eval_entities.py words --config SEG.conf [--merge-names] PFR_FILE
       SIGHAN-style word precision, recall and F1 against People's Daily
@@ -63,10 +64,10 @@ def read_pfr(path, merge_names):
     return sentences
 
 
-def segment(binary, config, texts):
+def segment(binary, config, texts, pos=False):
     data = ("\n".join(texts) + "\n").encode("utf-8")
     start = time.monotonic()
-    run = subprocess.run([binary, "--config", config, "--weights"], input=data,
+    run = subprocess.run([binary, "--config", config, "--pos" if pos else "--weights"], input=data,
                          stdout=subprocess.PIPE, check=True)
     seconds = time.monotonic() - start
     out = run.stdout.decode("utf-8").split("\n")
@@ -86,17 +87,27 @@ def parse_line(line):
     return [(m.group(1), m.group(2)) for m in WORD.finditer(line + " ")] if line else []
 
 
+def parse_pos_line(line):
+    """(word, "/tag ") of each word/tag of --pos output."""
+    words = []
+    for token in line.split(" "):
+        slash = token.rfind("/")
+        if slash > 0:
+            words.append((token[:slash], token[slash:] + " "))
+    return words
+
+
 def prf(correct, predicted, gold):
     p = correct / predicted if predicted else 0.0
     r = correct / gold if gold else 0.0
     return p, r, (2 * p * r / (p + r) if p + r else 0.0)
 
 
-def score(sentences, outputs, gold_spans, predicted_spans):
+def score(sentences, outputs, gold_spans, predicted_spans, parse=parse_line):
     correct = predicted = gold = skipped = 0
     for sentence, line in zip(sentences, outputs):
         text = "".join(w for w, _ in sentence)
-        words, length = spans(parse_line(line))
+        words, length = spans(parse(line))
         if length != len(text):
             skipped += 1  # the output does not map back onto the text
             continue
@@ -123,12 +134,16 @@ def run_names(args):
         sentences = read_pfr(args.corpus, True)
     else:
         sentences = read_msra(args.corpus, args.last)
-    outputs, speed = segment(args.segment, args.config, ["".join(w for w, _ in s) for s in sentences])
+    outputs, speed = segment(args.segment, args.config, ["".join(w for w, _ in s) for s in sentences],
+                             args.pos)
     dict_mark = "/" + tag + "@"
+    if args.pos:
+        marker = "/" + tag + " "
     marked = lambda notes: marker in notes + " " or (args.dict_tag and dict_mark in notes)
     (p, r, f), counts, skipped = score(
         sentences, outputs, lambda s: chunk_spans(s, tag),
-        lambda words: {(s, e) for s, e, notes in words if marked(notes)})
+        lambda words: {(s, e) for s, e, notes in words if marked(notes)},
+        parse_pos_line if args.pos else parse_line)
     print("%s: P %.4f R %.4f F1 %.4f (correct %d, predicted %d, gold %d; %d of %d lines skipped)"
           % (args.kind, p, r, f, *counts, skipped, len(sentences)))
     print("throughput: %.2f MB/s" % speed)
@@ -164,6 +179,8 @@ def main():
     names.add_argument("--pfr", action="store_true",
                        help="the file is People's Daily text (a family name and its given "
                             "name make one gold name)")
+    names.add_argument("--pos", action="store_true",
+                       help="score the words the part-of-speech tagger tags with the tag")
     names.add_argument("--dict-tag", action="store_true",
                        help="also count words whose dictionary type is the tag")
     names.add_argument("corpus")
