@@ -17,6 +17,8 @@
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
+#include "ws/dict/wsFamilyNameDict.h"
+#include "ws/dict/wsMaxentDict.h"
 #include "ws/dict/wsPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
@@ -111,6 +113,19 @@ void exercisePhrases(const ws::PhraseDict& d, const std::vector<std::string>& ke
     }
 }
 
+void exerciseMaxent(const ws::MaxentDict& d, const std::vector<std::string>& keys) {
+    volatile unsigned sum = 0;
+    for (const std::string& k : keys) {
+        for (unsigned len : {2u, 4u}) {
+            if (k.size() < len) continue;
+            const unsigned char* r = d.match(k.data(), len);
+            for (int i = 0; i < ws::MaxentDict::kRecordSize; ++i) sum = sum + r[i];
+        }
+    }
+    for (int s : {0, ws::MaxentDict::kCodeSums - 1}) sum = sum + static_cast<unsigned>(d.codeSum(s) > 1);
+    for (unsigned i = 0; i < 4; ++i) sum = sum + d[i][0];
+}
+
 // A part-of-speech dictionary: the tag lists of the seed words, each
 // looked up as the tagger does (with property bits that reach the guesses).
 void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
@@ -155,15 +170,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ws::BaseDict base;
     if (base.loadDict(buffer, bufferSize) == 0) exerciseBase(base, keys);
 
+    ws::MaxentDict maxent;
+    if (maxent.loadDict(buffer, bufferSize) == 0) exerciseMaxent(maxent, keys);
+
     if (ws::File f{fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")}) {
         ws::WsCoreDict fromStream;
         if (size > 0 && fromStream.loadDict(f.get()) == 0) exercise(fromStream, keys);
+        std::rewind(f.get());
+        ws::MaxentDict maxentStream;
+        if (size > 0 && maxentStream.loadDict(f.get()) == 0) exerciseMaxent(maxentStream, keys);
+        std::rewind(f.get());
+        ws::FamilyNameDict family;
+        if (size > 0) family.loadText(f.get(), 1.0f, 0.5f);
     }
 
-    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+    if (ws::File f{fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")}) {
         ws::PhraseDict phrases;
-        if (size > 0 && phrases.loadDict(f) == 0) exercisePhrases(phrases, keys);
-        std::fclose(f);
+        if (size > 0 && phrases.loadDict(f.get()) == 0) exercisePhrases(phrases, keys);
     }
 
     ws::TrigramPosDict pos(nullptr);
@@ -176,6 +199,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         ws::PhraseDict phrases;
         phrases.dictVersion(path.c_str());
         if (phrases.loadDict(path.c_str()) == 0) exercisePhrases(phrases, keys);
+        ws::MaxentDict mapped;
+        if (mapped.loadDict(path.c_str()) == 0) exerciseMaxent(mapped, keys);
+        ws::FamilyNameDict family;
+        family.loadText(path.c_str(), 1.0f);
     }
     ws::TrigramPosDict mappedPos(nullptr);
     if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);

@@ -11,6 +11,7 @@
 #include "ws/core/wsFile.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsMaxentDict.h"
 #include "ws/dict/wsPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
@@ -21,7 +22,8 @@ namespace {
 const char* const kWords[] = {"清", "清华", "清华大学", "北京", "北京大学", "大学", "学生",
                               "mp3", "5g", "b2b", "中华人民共和国"};
 
-std::string bytesOf(ws::DATDict& d) {
+template <typename Dict>
+std::string bytesOf(Dict& d) {
     ws::File f(std::tmpfile());
     if (!f) return std::string();
     d.writeDict(f.get());
@@ -83,6 +85,19 @@ std::string phraseDict() {
     return bytes;
 }
 
+// A person-name model over the seed words' characters and pairs.
+std::string maxentDict() {
+    ws::MaxentDict d;
+    int slot = 0;
+    for (const std::string& k : seedKeys()) {
+        for (size_t len : {size_t{2}, size_t{4}}) {
+            float alpha = 0.5f + slot;
+            if (k.size() >= len) d.add(k.data(), static_cast<unsigned>(len), slot++ % 20, alpha);
+        }
+    }
+    return bytesOf(d);
+}
+
 std::string readAll(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
@@ -132,7 +147,8 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict(),
+            maxentDict(), "王\t12\n欧阳\t3.5\n李\n"};
 }
 
 }  // namespace zeg_fuzz

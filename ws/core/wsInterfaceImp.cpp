@@ -6,6 +6,7 @@
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsPersonRecognizer.h"
 #include "ws/algo/wsOrgnizationRecognizer.h"
 #include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
@@ -55,7 +56,7 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
      &WsSegmenterImp::_createNumberRecognizer},
     {"ENABLE_RULEBASED_NAME_TAGGER / ENABLE_MAXENT_PERSON_NAME_TAGGER", "person-name recogniser",
      [](const WsConfig& c) { return c.enableRuleNameTagger || c.enableMaxentPersonNameTagger; },
-     true, nullptr},
+     true, &WsSegmenterImp::_createPersonRecognizer},
     {"ENABLE_RULEBASED_ORGNIZATION_TAGGER", "organisation recogniser",
      [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true,
      &WsSegmenterImp::_createOrgnizationRecognizer},
@@ -306,6 +307,21 @@ bool WsSegmenterImp::_createNumberRecognizer(const WsConfig& config) {
     }
     WS_IMP_DEBUG("load number-rule-file success!\n");
     if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
+    return true;
+}
+
+bool WsSegmenterImp::_createPersonRecognizer(const WsConfig& config) {
+    std::unique_ptr<PersonRecognizer> names(
+        new (std::nothrow) PersonRecognizer(m_segmenter.get(), m_charFreq.get(), &m_dicts));
+    if (!names) {
+        WS_IMP_ERROR("new PersonRecognizer fail!\n");
+        return false;
+    }
+    if (!names->init(config, _bufferIndex(WS_PROPERTY_PER_ME), _bufferIndex(WS_PROPERTY_PER_RULE))) {
+        WS_IMP_ERROR("init person recognizer fail!\n");
+        return false;
+    }
+    m_recognizers.push_back(std::move(names));
     return true;
 }
 

@@ -96,6 +96,7 @@ private:
     bool _createSpaceProcessor(const WsConfig& config);
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
+    bool _createPersonRecognizer(const WsConfig& config);
     bool _createOrgnizationRecognizer(const WsConfig& config);
     bool _createPosTagger(const WsConfig& config);
     bool _createPhraseCorrecter(const WsConfig& config);

@@ -192,7 +192,7 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     const std::pair<std::string, std::string> cases[] = {
         {"SEGMENT_ALGORITHM = BEST\n", "Please specify the segment algorithm in config file"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n",
-         "ENABLE_RULEBASED_NAME_TAGGER"},
+         "init person recognizer fail!"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n",
          "init org recognizer fail!"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + none + "\n",
@@ -355,6 +355,18 @@ TEST_F(WsSegmenterTest, UnigramTakesTheMostProbableCut) {
     const size_t before = zeg_test::allocationCount();
     ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
     EXPECT_EQ(zeg_test::allocationCount(), before);
+}
+
+TEST_F(WsSegmenterTest, RecognisedNamesEnterTheLatticeAsNames) {
+    ASSERT_TRUE(seg.init(config("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n"
+                                "RULEBASED_NAME_THRESHOLD = 5\nCHN_FAMILY_NAME_DICT = " +
+                                dir.write("family.txt", "王\t500\n") + "\nCHN_GIVEN_NAME_DICT = " +
+                                dir.write("given.txt", "小\n明\n") + "\nOUT_TYPE = 1\n")
+                             .c_str()));
+    const std::string s = "王小明北京";
+    const char* out = seg.segment(s.data(), static_cast<unsigned>(s.size()), 1);
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(std::string(out), "王小明[|/NR |] 北京[|/ns@100.0 |] ");
 }
 
 TEST_F(WsSegmenterTest, UnigramWithoutTheNumericRecogniserSplitsNumbers) {
