@@ -11,6 +11,7 @@
 #include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
+#include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
@@ -25,11 +26,6 @@ namespace ws {
 namespace {
 
 const unsigned char kAllDicts = 7;
-
-template <class T>
-void growTo(std::vector<T>& v, size_t n) {
-    if (v.size() < n) v.resize(n);
-}
 
 // Allocates without throwing; logs `failure` and returns null when memory runs out.
 template <class T, class... Args>
