@@ -1,0 +1,93 @@
+// What every tool does alike: --version with the data fingerprint, one-line
+// usage errors, write errors reported with exit 1.
+#include <sys/wait.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/DefaultData.h"
+#include "support/TempDir.h"
+
+using testing::MatchesRegex;
+
+namespace {
+
+struct Tool {
+    const char* name;
+    const char* path;
+    std::string config;  // what --config takes
+    std::string job;     // arguments of a run that writes to standard output
+};
+
+const Tool kTools[] = {
+    {"zeg-normalize", ZEG_NORMALIZE_TOOL, ZEG_DEFAULT_CONFIG,
+     std::string("--config ") + ZEG_DEFAULT_CONFIG},
+    {"zeg-segment", ZEG_SEGMENT_TOOL, ZEG_SEGMENTER_CONFIG,
+     std::string("--config ") + ZEG_SEGMENTER_CONFIG},
+    {"zeg-dict", ZEG_DICT_TOOL, "", "--help"},
+};
+
+class ToolCommandLine : public ::testing::TestWithParam<Tool> {
+protected:
+    std::string slurp(const std::string& path) const {
+        std::ifstream in(path, std::ios::binary);
+        std::ostringstream all;
+        all << in.rdbuf();
+        return all.str();
+    }
+
+    // Runs the tool; `out` may name another destination (/dev/full).
+    int run(const std::string& arguments, std::string out = "") {
+        if (out.empty()) out = dir.file("out");
+        const std::string in = dir.write("in", "北京大学\n");
+        const std::string command = std::string(GetParam().path) + " " + arguments + " <" + in +
+                                    " >" + out + " 2>" + dir.file("err");
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    std::string out() const { return slurp(dir.file("out")); }
+    std::string err() const { return slurp(dir.file("err")); }
+
+    zeg_test::TempDir dir;
+};
+
+TEST_P(ToolCommandLine, VersionNamesTheLibraryAndFingerprintsTheData) {
+    const Tool& tool = GetParam();
+    ASSERT_EQ(run("--version"), 0) << err();
+    EXPECT_THAT(out(), MatchesRegex(std::string(tool.name) + " [0-9]+\\.[0-9]+\\.[0-9]+(, .*)?\n"));
+    if (tool.config.empty()) return;
+    ASSERT_EQ(run("--version --config=" + tool.config), 0) << err();
+    const std::string first = out();
+    EXPECT_THAT(first, MatchesRegex(".* [0-9.]+, data [0-9a-f]{16} \\([0-9]+ files\\)\n"));
+
+    // The same configuration with one byte more.
+    std::ifstream in(tool.config);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string copy = dir.write("copy.conf", text + "\n");
+    ASSERT_EQ(run("--version --config " + copy), 0) << err();
+    EXPECT_NE(out(), first) << "the configuration's own bytes count";
+    EXPECT_EQ(run("--version --config " + dir.file("absent")), 1);
+}
+
+TEST_P(ToolCommandLine, UsageErrorsAreOneLineWithTheHint) {
+    const std::string name = GetParam().name;
+    EXPECT_EQ(run("--no-such-option"), 2);
+    const std::string e = err();
+    EXPECT_THAT(e, MatchesRegex(name + ": .*'--no-such-option' \\(see " + name + ".*--help\\)\n"));
+}
+
+TEST_P(ToolCommandLine, WriteErrorsAreReportedWithExitOne) {
+    EXPECT_EQ(run(GetParam().job, "/dev/full"), 1);
+    EXPECT_NE(err(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(AllTools, ToolCommandLine, ::testing::ValuesIn(kTools),
+                         [](const testing::TestParamInfo<Tool>& p) {
+                             std::string n = p.param.name;
+                             return n.substr(4);
+                         });
+
+}  // namespace

@@ -1,0 +1,91 @@
+#include "tools/DataFingerprint.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+#include <cstring>
+
+#include "norm_utility/StdioFile.h"
+#include "ws/core/wsConfig.h"
+
+namespace zeg_tools {
+
+namespace {
+
+// Every key of the segmenter's configuration that names a data file.
+const char* const kFileKeys[] = {
+    "BASE_DICTIONARY", "ALNUM_DICTIONARY", "USER_DICTIONARY", "CHARACTER_FREQ_DICT",
+    "PROPERTY_DICT_FILE", "CORRECT_PHRASE_DICT", "NUMERIC_RULE_FILE", "SPACE_DEFINE_FILE",
+    "CHN_FAMILY_NAME_FREQ_DICT", "MAXENT_PERSON_NAME_DICT", "CHAR_BIGRAM_DICT",
+    "CHN_2CHAR_PERSON_NAME_DICT", "CHN_FAMILY_NAME_DICT", "CHN_FAMILY_NAME_PROB_DICT",
+    "CHN_GIVEN_NAME_DICT", "COMMON_WORD_DICT", "FULL_CONTEXT_DICT", "JPN_FAMILY_NAME_DICT",
+    "JPN_GIVEN_NAME_DICT", "PUNCTUATION_MARK_DICT", "RIGHT_CONTEXT_DICT",
+    "ORGNIZATION_INNERWORD_DICT", "ORGNIZATION_SUFFIX_DICT", "ORGNIZATION_TEZHI_DICT",
+    "ORGNIZATION_ZONE_DICT", "TRIGRAM_POS_DICT", "TRIGRAM_POS_PATCH_DICT",
+    "TRIGRAM_POS_TYPEID2TAG",
+};
+
+void splitPaths(const std::string& value, std::vector<std::string>& files) {
+    size_t at = value.find_first_not_of(" ;");
+    while (at != std::string::npos) {
+        const size_t end = value.find_first_of(" ;", at);
+        files.push_back(value.substr(at, end == std::string::npos ? end : end - at));
+        at = value.find_first_not_of(" ;", end);
+    }
+}
+
+}  // namespace
+
+std::string libraryVersion() { return ZEG_VERSION; }
+
+bool DataFingerprint::addFile(const std::string& path, std::string& error) {
+    norm_utility::StdioFile file;
+    errno = 0;
+    if (!file.open(path.c_str())) {
+        error = "cannot read " + path + ": " + std::strerror(errno);
+        return false;
+    }
+    char buffer[65536];
+    size_t n;
+    while ((n = file.read(buffer, sizeof buffer)) > 0) {
+        for (size_t i = 0; i < n; ++i)
+            m_hash = (m_hash ^ static_cast<unsigned char>(buffer[i])) * 1099511628211ull;
+    }
+    if (file.failed()) {
+        error = "cannot read " + path + ": " + std::strerror(errno);
+        return false;
+    }
+    ++m_files;
+    return true;
+}
+
+std::string DataFingerprint::hex() const {
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(m_hash));
+    return text;
+}
+
+bool segmenterDataFiles(const std::string& configPath, std::vector<std::string>& files,
+                        std::string& error) {
+    ws::Config config;
+    if (!config.init(configPath.c_str())) {
+        error = "cannot read " + configPath;
+        return false;
+    }
+    files.push_back(configPath);
+    for (const char* key : kFileKeys) splitPaths(config.getString(key, ""), files);
+    return true;
+}
+
+bool versionLine(const std::string& tool, const std::vector<std::string>& files,
+                 std::string& line, std::string& error) {
+    DataFingerprint print;
+    for (const auto& path : files) {
+        if (!print.addFile(path, error)) return false;
+    }
+    line = tool + " " + libraryVersion() + ", data " + print.hex() + " (" +
+           std::to_string(print.files()) + " files)";
+    return true;
+}
+
+}  // namespace zeg_tools
