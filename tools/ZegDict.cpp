@@ -78,6 +78,8 @@ ZegDictCommand charFreqCommand() {
 ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) {
     m_commands["core"] = coreCommand();
     m_commands["charfreq"] = charFreqCommand();
+    m_commands["stopwords"] = stopwordsCommand();
+    m_commands["synonyms"] = synonymsCommand();
 }
 
 int ZegDict::usageError(const std::string& message) {

@@ -46,9 +46,11 @@ private:
     std::map<std::string, ZegDictCommand> m_commands;
 };
 
-// The built-in sub-commands (ZegDict.cpp).
+// The sub-commands, one source file each (core and charfreq in ZegDict.cpp).
 ZegDictCommand coreCommand();
 ZegDictCommand charFreqCommand();
+ZegDictCommand stopwordsCommand();
+ZegDictCommand synonymsCommand();
 
 }  // namespace zeg_tools
 
