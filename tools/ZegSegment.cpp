@@ -31,8 +31,9 @@ const char kUsage[] =
     "  --version      the library's version and a fingerprint of the data files\n"
     "                 the configuration names\n"
     "\n"
-    "Exit status: 0 done, 1 the segmenter did not initialise or reading or\n"
-    "writing failed, 2 bad arguments.\n";
+    "A line that cannot be segmented is reported on standard error and printed\n"
+    "empty. Exit status: 0 done, 1 the segmenter did not initialise, a line\n"
+    "could not be segmented, or reading or writing failed, 2 bad arguments.\n";
 
 // Longer lines are segmented in their first this many bytes, with a warning.
 constexpr std::size_t kLineCap = 1 << 20;
@@ -55,6 +56,7 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
     std::string line;
     bool cut = false;
     uint64_t lines = 0, bytes = 0;
+    bool allSegmented = true;
     while (reader.next(line, cut)) {
         ++lines;
         bytes += line.size();
@@ -63,6 +65,13 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
                          static_cast<unsigned long long>(lines), kLineCap);
         const char* out = segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
                                             weights ? 1 : 0);
+        if (out == nullptr) {
+            // One output line per input line all the same, so outputs stay aligned.
+            std::fprintf(stderr, "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
+                                 "of the basic multilingual plane)\n",
+                         static_cast<unsigned long long>(lines));
+            allSegmented = false;
+        }
         if ((out != nullptr && std::fputs(out, stdout) == EOF) || std::fputc('\n', stdout) == EOF)
             break;
         shown.update(bytes, lines);
@@ -78,7 +87,7 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
                      std::strerror(errno));
         return 1;
     }
-    return 0;
+    return allSegmented ? 0 : 1;
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "ws/dict/wsStringUtil.h"
+#include "ws/core/wsStringUtil.h"
 
 namespace ws {
 

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+#include "ws/core/wsExport.h"
+
 // Conversion between UTF-8 and UTF-16 in the segmenter's restricted form.
 // Every 16-bit code unit is one character: surrogates are encoded one by one
 // (never paired) and four-byte UTF-8 sequences are not accepted, so a code
@@ -13,7 +15,7 @@
 // REPLACEMENT_CHAR or ends a run early, and a run stops at the end of its
 // output buffer; a run result below 1 is what callers treat as a failure.
 // All functions are pure; safe from any thread.
-class EncodeConverter {
+class WS_EXPORT EncodeConverter {
 public:
     typedef std::basic_string<unsigned short> Utf16String;
     typedef std::basic_string<unsigned char> Utf8String;

@@ -57,22 +57,22 @@ const char* WsSegmenter::segment(const char* utf8, unsigned int len, int outType
 
 bool WsSegmenter::segmentMax(const unsigned short* text, unsigned int len,
                              std::vector<WORD_T>& result) {
-    return m_imp && m_imp->segmentMax(text, len, result);
+    return m_imp && m_imp->segment(text, len, result);
 }
 
 bool WsSegmenter::segmentMax(const char* utf8, unsigned int len,
                              std::vector<WORD_UTF8_T>& result) {
-    return m_imp && m_imp->segmentMax(utf8, len, result);
+    return m_imp && m_imp->segment(utf8, len, result);
 }
 
 bool WsSegmenter::segmentMin(const unsigned short* text, unsigned int len,
                              std::vector<WORD_T>& result) {
-    return m_imp && m_imp->segmentMin(text, len, result);
+    return m_imp && m_imp->segment(text, len, result);
 }
 
 bool WsSegmenter::segmentMin(const char* utf8, unsigned int len,
                              std::vector<WORD_UTF8_T>& result) {
-    return m_imp && m_imp->segmentMin(utf8, len, result);
+    return m_imp && m_imp->segment(utf8, len, result);
 }
 
 int WsSegmenter::utf8ToUtf16(const char* utf8, unsigned int len, unsigned short* out,

@@ -4,9 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "ws/core/wsExport.h"
 #include "ws/core/wsWordRecord.h"
-
-#define WS_EXPORT __attribute__((visibility("default")))
 
 namespace ws {
 
@@ -34,8 +33,11 @@ public:
     bool init(const char* configPath);
     bool init(const WsConfig* config);
 
-    // Every result level; the last one holds the final word sequence in text
-    // order. False when the pipeline fails (results then undefined).
+    // Every result level (this build computes one); the last one holds the
+    // final word sequence in text order. False when the pipeline fails or a
+    // non-empty UTF-8 text yields no code unit (results then undefined). A
+    // text that a pre-processor ends (only spaces, with spaces removed) gives
+    // no words and true.
     bool segment(const unsigned short* text, unsigned int len,
                  std::vector<std::vector<WORD_T> >& results);
     bool segment(const char* utf8, unsigned int len,
@@ -44,10 +46,15 @@ public:
     bool segment(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
     bool segment(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
     // The result as text: each word followed by one blank (and "/tag" before
-    // it when tags are shown). Owned by this object; null on failure.
+    // it when tags are shown). Where spaces were removed before segmenting,
+    // each word is printed as it stands in the caller's text. outType 0 is
+    // the plain form, any other the weighted one ("[|/type@weight ... |]").
+    // Owned by this object, valid until the next call; null on failure.
     const char* segment(const char* utf8, unsigned int len, int outType);
 
-    // The result of coarsest / finest granularity.
+    // This build computes one result level (SEGMENT_RESULT_NUM 0 or 1), so
+    // the coarsest and the finest cut are both that result: these return
+    // what segment(text, len, result) returns.
     bool segmentMax(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
     bool segmentMax(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
     bool segmentMin(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
@@ -67,7 +74,11 @@ public:
     int getWordId(const unsigned short* word, unsigned int len);
     int getWordId(const char* utf8, unsigned int len);
 
+    // The output type decides whether words get their user values (0 always;
+    // 1 and 2 only with ENABLE_WORD_RICH_INFO). init sets it from OUT_TYPE.
     void setOutType(int outType);
+    // Stored only: this build has one segmentation type (0; init refuses
+    // other SEG_TYPE values).
     void setSegType(int segType);
 
 private:

@@ -1,13 +1,14 @@
 #include "ws/core/wsInterfaceImp.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <new>
 
 #include "ws/algo/wsMaxMatchSegmenter.h"
+#include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
 
@@ -19,14 +20,47 @@ namespace ws {
 namespace {
 
 const unsigned char kAllDicts = 7;
-const unsigned short kNamePropBits = WS_PROPERTY_PER_RULE | WS_PROPERTY_PER_ME;
 
 template <class T>
 void growTo(std::vector<T>& v, size_t n) {
     if (v.size() < n) v.resize(n);
 }
 
+// Allocates without throwing; logs `failure` and returns null when memory runs out.
+template <class T>
+T* newStage(const char* failure) {
+    T* stage = new (std::nothrow) T();
+    if (stage == nullptr) WS_IMP_ERROR("%s", failure);
+    return stage;
+}
+
 }  // namespace
+
+// The optional stages, in the order init creates them: text processors,
+// recognisers, revisers, the tagger, plug-ins. A stage still to be built
+// has a null factory, so switching it on fails init with its switch named.
+const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
+    {"ENABLE_REMOVE_SPACE", "space processor",
+     [](const WsConfig& c) { return c.enableRemoveSpace; }, false,
+     &WsSegmenterImp::_createSpaceProcessor},
+    {"ENABLE_NORMALIZE", "normalising processor",
+     [](const WsConfig& c) { return c.enableNormalize != 0; }, false,
+     &WsSegmenterImp::_createNormalizer},
+    // Created with the lattice whatever its switch says; listed when it is on.
+    {"ENABLE_NUMERIC_EXPRESSION_RECOGNIZER", "numeric recogniser", nullptr, true,
+     &WsSegmenterImp::_createNumberRecognizer},
+    {"ENABLE_RULEBASED_NAME_TAGGER / ENABLE_MAXENT_PERSON_NAME_TAGGER", "person-name recogniser",
+     [](const WsConfig& c) { return c.enableRuleNameTagger || c.enableMaxentPersonNameTagger; },
+     true, nullptr},
+    {"ENABLE_RULEBASED_ORGNIZATION_TAGGER", "organisation recogniser",
+     [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true, nullptr},
+    {"ENABLE_CORRECT_PHRASE", "phrase correcter",
+     [](const WsConfig& c) { return c.enableCorrectPhrase; }, false, nullptr},
+    {"ENABLE_POS_TAGGER", "part-of-speech tagger",
+     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false, nullptr},
+    {"ENABLE_PLUG_IN", "plug-in loader", [](const WsConfig& c) { return c.enablePlugIn; }, false,
+     &WsSegmenterImp::_loadPlugIns},
+};
 
 WsSegmenterImp::WsSegmenterImp() = default;
 
@@ -34,14 +68,18 @@ WsSegmenterImp::~WsSegmenterImp() { _release(); }
 
 void WsSegmenterImp::_release() {
     m_ready = false;
+    m_spaceProcessor = nullptr;
     m_preProcessors.clear();
     m_recognizers.clear();
     m_revisers.clear();
+    m_tagger.reset();
     m_postProcessors.clear();
+    m_plugIns.clear();  // after the objects the libraries made
     m_segmenter.reset();
     m_unigram = false;
     m_charFreq.reset();
     m_dicts.clearData();
+    m_richInfoLogged = false;
 }
 
 bool WsSegmenterImp::init(const char* configPath) {
@@ -56,21 +94,14 @@ bool WsSegmenterImp::init(const char* configPath) {
 bool WsSegmenterImp::init(const WsConfig* config) {
     _release();
     if (config == nullptr) return false;
+    bool built = false;
     try {
         m_config = *config;
-        if (!_loadDicts(m_config)) {
-            WS_IMP_ERROR("load dicts fail!\n");
-            return false;
-        }
-        m_seg = TextSegmentation();
-        if (!_loadChunker(m_config) ||
-            !_loadPropertyDict(m_config.getString("PROPERTY_DICT_FILE", "")) ||
-            !_checkUnavailableStages(m_config) || !_createSegmenter(m_config))
-            return false;
-        _addNewWordBuffers(m_config);
-        if (m_unigram && !_createRecognizers(m_config)) return false;
+        built = _build();
     } catch (const std::bad_alloc&) {
         WS_IMP_ERROR("allocate memory fail!");
+    }
+    if (!built) {
         _release();
         return false;
     }
@@ -78,6 +109,20 @@ bool WsSegmenterImp::init(const WsConfig* config) {
     setSegType(static_cast<int>(m_config.segType));
     m_ready = true;
     return true;
+}
+
+bool WsSegmenterImp::_build() {
+    if (!_loadDicts(m_config)) {
+        WS_IMP_ERROR("load dicts fail!\n");
+        return false;
+    }
+    m_seg = TextSegmentation();
+    if (!_loadChunker(m_config) ||
+        !_loadPropertyDict(m_config.getString("PROPERTY_DICT_FILE", "")) ||
+        !_checkOptions(m_config) || !_createSegmenter(m_config))
+        return false;
+    _addNewWordBuffers(m_config);
+    return _createStages(m_config);
 }
 
 bool WsSegmenterImp::_loadDicts(const WsConfig& config) {
@@ -120,25 +165,23 @@ bool WsSegmenterImp::_loadPropertyDict(const std::string& path) {
     return true;
 }
 
-// Stages this build does not have fail init when their switch is on, so that
-// a configuration never silently loses a stage it asks for.
-bool WsSegmenterImp::_checkUnavailableStages(const WsConfig& config) {
-    const char* missing = nullptr;
-    if (config.enableRemoveSpace || config.enableNormalize != 0)
-        missing = "ENABLE_REMOVE_SPACE / ENABLE_NORMALIZE (text processors)";
-    else if (config.enableCorrectPhrase)
-        missing = "ENABLE_CORRECT_PHRASE (phrase correction)";
-    else if (config.enablePlugIn)
-        missing = "ENABLE_PLUG_IN (plug-ins)";
+// Values asking for what this build cannot give fail init rather than being
+// ignored: it has one result level and one segmentation type.
+bool WsSegmenterImp::_checkOptions(const WsConfig& config) {
     if (config.enablePosTagger != 0 && config.enablePosTagger != 1) {
         WS_IMP_ERROR("ENABLE_POS_TAGGER is error");
         return false;
     }
-    if (missing == nullptr && config.enablePosTagger == 1)
-        missing = "ENABLE_POS_TAGGER (part-of-speech tagger)";
-    if (missing == nullptr) return true;
-    WS_IMP_ERROR("%s is switched on but this build has no such stage\n", missing);
-    return false;
+    if (config.segmentResultNum < 0 || config.segmentResultNum > 1) {
+        WS_IMP_ERROR("SEGMENT_RESULT_NUM = %ld: this build gives one result (0 or 1)\n",
+                     config.segmentResultNum);
+        return false;
+    }
+    if (config.segType != 0) {
+        WS_IMP_ERROR("SEG_TYPE = %ld: this build has segmentation type 0 only\n", config.segType);
+        return false;
+    }
+    return true;
 }
 
 bool WsSegmenterImp::_createSegmenter(const WsConfig& config) {
@@ -166,39 +209,6 @@ bool WsSegmenterImp::_createSegmenter(const WsConfig& config) {
     return false;
 }
 
-// The recognisers fill the new-word buffers that only the unigram lattice
-// reads, so they exist with that algorithm only.
-bool WsSegmenterImp::_createRecognizers(const WsConfig& config) {
-    const char* missing = nullptr;
-    if (config.enableRuleNameTagger || config.enableMaxentPersonNameTagger)
-        missing = "ENABLE_RULEBASED_NAME_TAGGER / ENABLE_MAXENT_PERSON_NAME_TAGGER "
-                  "(person-name recogniser)";
-    else if (config.enableRuleOrgnizationTagger)
-        missing = "ENABLE_RULEBASED_ORGNIZATION_TAGGER (organisation recogniser)";
-    if (missing != nullptr) {
-        WS_IMP_ERROR("%s is switched on but this build has no such stage\n", missing);
-        return false;
-    }
-    std::unique_ptr<NumberRecognizer> numbers(new (std::nothrow) NumberRecognizer());
-    if (!numbers) {
-        WS_IMP_ERROR("new NumberRecognizer fail!\n");
-        return false;
-    }
-    const std::string path = config.getString("NUMERIC_RULE_FILE", "");
-    const auto idx = [this](unsigned short prop) {
-        const unsigned int i = m_seg.getPropIdx(prop);
-        return i == TextSegmentation::kNoBuffer ? -1 : static_cast<int>(i);
-    };
-    if (numbers->init(path.c_str(), idx(WS_PROPERTY_NUM), idx(WS_PROPERTY_LET),
-                      idx(WS_PROPERTY_LETNUM), idx(WS_PROPERTY_CHINESE_NUM)) != 0) {
-        WS_IMP_ERROR("load number-rule-file : %s fail!\n", path.c_str());
-        return false;
-    }
-    WS_IMP_DEBUG("load number-rule-file success!\n");
-    if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
-    return true;
-}
-
 void WsSegmenterImp::_addNewWordBuffers(const WsConfig& config) {
     const float numeric = static_cast<float>(config.numericThreshold);
     for (unsigned short prop : {WS_PROPERTY_NUM, WS_PROPERTY_LET, WS_PROPERTY_LETNUM,
@@ -209,6 +219,107 @@ void WsSegmenterImp::_addNewWordBuffers(const WsConfig& config) {
     m_seg.addNewWordBuffer(WS_PROPERTY_ORG, static_cast<float>(config.orgnizationThreshold));
 }
 
+int WsSegmenterImp::_bufferIndex(unsigned short prop) const {
+    const unsigned int i = m_seg.getPropIdx(prop);
+    return i == TextSegmentation::kNoBuffer ? -1 : static_cast<int>(i);
+}
+
+// The recognisers fill new-word buffers that only the unigram lattice reads,
+// so with maximum matching their rows are skipped.
+bool WsSegmenterImp::_createStages(const WsConfig& config) {
+    for (const StageRow& row : kStages) {
+        if (row.unigramOnly && !m_unigram) continue;
+        if (row.wanted != nullptr && !row.wanted(config)) continue;
+        if (row.create == nullptr) {
+            WS_IMP_ERROR("%s is switched on but this build has no %s\n", row.switchName, row.stage);
+            return false;
+        }
+        if (!(this->*row.create)(config)) return false;
+    }
+    return true;
+}
+
+bool WsSegmenterImp::_createSpaceProcessor(const WsConfig& config) {
+    std::unique_ptr<SpaceProcessor> spaces(newStage<SpaceProcessor>("new SpaceProcessor fail!\n"));
+    if (!spaces) return false;
+    const std::string path = config.getString("SPACE_DEFINE_FILE", "");
+    if (!spaces->loadText(path)) {
+        WS_IMP_ERROR("load space-file : %s fail!\n", path.c_str());
+        return false;
+    }
+    WS_IMP_DEBUG("load space-file : %s success!\n", path.c_str());
+    // Words are mapped back onto the caller's text, so the removed spaces
+    // are recorded, and unfolding returns to the text without them.
+    m_seg.recordRemovedSpaces = 1;
+    m_seg.denormalizeToSpaceFree = 1;
+    m_spaceProcessor = spaces.get();
+    m_preProcessors.push_back(std::move(spaces));
+    return true;
+}
+
+bool WsSegmenterImp::_createNormalizer(const WsConfig& config) {
+    std::unique_ptr<Normalizer> folding(newStage<Normalizer>("new Normalizer fail!\n"));
+    if (!folding) return false;
+    m_seg.normalizeMode = static_cast<int>(config.enableNormalize);
+    m_preProcessors.push_back(std::move(folding));
+    if (!config.enableDenormalize) return true;
+    std::unique_ptr<Normalizer> unfolding(newStage<Normalizer>("new Normalizer fail!\n"));
+    if (!unfolding) return false;
+    m_postProcessors.push_back(std::move(unfolding));
+    return true;
+}
+
+bool WsSegmenterImp::_createNumberRecognizer(const WsConfig& config) {
+    std::unique_ptr<NumberRecognizer> numbers(
+        newStage<NumberRecognizer>("new NumberRecognizer fail!\n"));
+    if (!numbers) return false;
+    const std::string path = config.getString("NUMERIC_RULE_FILE", "");
+    if (numbers->init(path.c_str(), _bufferIndex(WS_PROPERTY_NUM), _bufferIndex(WS_PROPERTY_LET),
+                      _bufferIndex(WS_PROPERTY_LETNUM),
+                      _bufferIndex(WS_PROPERTY_CHINESE_NUM)) != 0) {
+        WS_IMP_ERROR("load number-rule-file : %s fail!\n", path.c_str());
+        return false;
+    }
+    WS_IMP_DEBUG("load number-rule-file success!\n");
+    if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
+    return true;
+}
+
+bool WsSegmenterImp::_loadPlugIns(const WsConfig& config) {
+    for (const std::string& path : config.reviserPlugIns)
+        if (!_loadPlugIn(path, "createReviser", m_revisers)) return false;
+    for (const std::string& path : config.preProcessPlugIns)
+        if (!_loadPlugIn(path, "createTextProcessor", m_preProcessors)) return false;
+    for (const std::string& path : config.postProcessPlugIns)
+        if (!_loadPlugIn(path, "createTextProcessor", m_postProcessors)) return false;
+    return true;
+}
+
+template <typename Stage>
+bool WsSegmenterImp::_loadPlugIn(const std::string& path, const char* factory,
+                                 std::vector<std::unique_ptr<Stage> >& list) {
+    PlugInLibrary library;
+    std::string error;
+    if (!library.open(path.c_str(), error)) {
+        WS_IMP_ERROR("%s", error.c_str());
+        return false;
+    }
+    void* create = library.symbol(factory, error);
+    if (create == nullptr) {
+        WS_IMP_ERROR("There isn't the function %s in dll", factory);
+        return false;
+    }
+    std::unique_ptr<Stage> stage(reinterpret_cast<Stage* (*)()>(create)());
+    if (!stage) {
+        WS_IMP_ERROR("%s of %s returned no object\n", factory, path.c_str());
+        return false;
+    }
+    m_plugIns.push_back(std::move(library));
+    list.push_back(std::move(stage));
+    WS_IMP_DEBUG("load plug-in : %s success!\n", path.c_str());
+    return true;
+}
+
 bool WsSegmenterImp::_doSegment() {
     for (auto& p : m_preProcessors) {
         if (p->doPreProcess(m_seg) != 0) return false;
@@ -216,16 +327,17 @@ bool WsSegmenterImp::_doSegment() {
     for (auto& r : m_recognizers) r->doRecognize(m_seg);
     m_segmenter->doSegment(m_seg, 1, m_seg.resultByDict.valid != 0 ? 2 : 0);
     for (auto& r : m_revisers) r->doRevise(m_seg);
+    if (m_tagger) m_tagger->annotate(m_seg);
     for (auto& p : m_postProcessors) p->doPostProcess(m_seg);
     return true;
 }
 
-// Rich output wants the words' user values, which only a dictionary set
-// loaded for rich information provides.
+// Rich output wants user values that only a dictionary set loaded for rich
+// information has; said once per init, not for every text.
 bool WsSegmenterImp::_wantUserValues() {
-    if (m_outType != 1 && m_outType != 2) return false;
-    if (m_config.enableWordRichInfo) return true;
-    WS_IMP_ERROR("please load rich info dictionary first");
+    if ((m_outType != 1 && m_outType != 2) || m_config.enableWordRichInfo) return true;
+    if (!m_richInfoLogged) WS_IMP_ERROR("please load rich info dictionary first");
+    m_richInfoLogged = true;
     return false;
 }
 
@@ -244,6 +356,7 @@ void WsSegmenterImp::_appendWords(std::vector<WORD_T>& words, bool userValues) {
     }
 }
 
+// A chunk that a pre-processor ends (a text of spaces only, say) has no words.
 bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
                                    std::vector<WORD_T>& words) {
     words.clear();
@@ -259,52 +372,24 @@ bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
         growTo(m_normalized, chunk.len);
         if (!m_seg.init(chunk.text, m_spaceFree.data(), m_normalized.data(), chunk.len))
             return false;
-        if (!_doSegment()) return false;
+        if (!_doSegment()) continue;
+        const size_t first = words.size();
         _appendWords(words, userValues);
+        if (m_spaceProcessor != nullptr)
+            m_spaceProcessor->restoreSpace(m_seg, words, static_cast<unsigned int>(first));
     }
     return true;
 }
 
-unsigned int WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len) {
-    if (utf8 == nullptr || len == 0) return 0;
+bool WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len, unsigned int& units) {
+    units = 0;
+    if (utf8 == nullptr || len == 0) return true;
     growTo(m_utf16, static_cast<size_t>(len) + 1);
     const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(utf8), len,
                                                m_utf16.data(), m_utf16.size());
-    return n > 0 ? static_cast<unsigned int>(n) : 0;
-}
-
-// Bytes of the UTF-8 form of the first `units` code units of `w`.
-static unsigned int utf8Bytes(const unsigned short* w, unsigned int units) {
-    unsigned int bytes = 0;
-    for (unsigned int i = 0; i < units; ++i) bytes += w[i] < 0x80 ? 1 : w[i] < 0x800 ? 2 : 3;
-    return bytes;
-}
-
-void WsSegmenterImp::_transformUtf16ToUtf8(const std::vector<WORD_T>& words,
-                                           std::vector<WORD_UTF8_T>& out) {
-    size_t units = 0;
-    for (const WORD_T& w : words) units += w.wordLen;
-    growTo(m_utf8, 3 * units + 1);
-    out.clear();
-    char* p = m_utf8.data();
-    for (const WORD_T& w : words) {
-        const int n = EncodeConverter::utf16ToUtf8(w.word, w.wordLen,
-                                                   reinterpret_cast<unsigned char*>(p),
-                                                   3 * static_cast<unsigned long>(w.wordLen) + 1);
-        const unsigned int bytes = n > 0 ? static_cast<unsigned int>(n) : 0;
-        out.emplace_back(p, bytes, nullptr, 0u, w.prop, w.tag, w.wordId, w.usrValue, w.usrValueLen,
-                         w.subWordNum, w.subWordStart);
-        WORD_UTF8_T& u = out.back();
-        u.types = w.types;
-        u.props = w.props;
-        for (const SemItem& s : w.semItems) {
-            const unsigned int start = utf8Bytes(w.word, s.offset);
-            const unsigned int length = utf8Bytes(w.word + s.offset, s.length);
-            u.semItems.push_back(SemItem{static_cast<unsigned char>(start),
-                                         static_cast<unsigned char>(length)});
-        }
-        p += bytes;
-    }
+    if (n <= 0) return false;
+    units = static_cast<unsigned int>(n);
+    return true;
 }
 
 bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
@@ -324,10 +409,11 @@ bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
     if (!m_ready) return false;
     try {
         m_words.resize(1);
-        const unsigned int units = _toUtf16(utf8, len);
-        if (!_segmentUtf16(m_utf16.data(), units, m_words[0])) return false;
+        unsigned int units = 0;
+        if (!_toUtf16(utf8, len, units) || !_segmentUtf16(m_utf16.data(), units, m_words[0]))
+            return false;
         results.resize(1);
-        _transformUtf16ToUtf8(m_words[0], results[0]);
+        m_utf8Results.transform(m_words[0], results[0]);
         return true;
     } catch (const std::bad_alloc&) {
         WS_IMP_ERROR("allocate memory fail!");
@@ -353,15 +439,15 @@ const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, int outT
     try {
         m_wantTypes = outType != 0;
         m_words.resize(1);
-        const unsigned int units = _toUtf16(utf8, len);
-        const bool ok = _segmentUtf16(m_utf16.data(), units, m_words[0]);
+        unsigned int units = 0;
+        const bool ok = _toUtf16(utf8, len, units) &&
+                        _segmentUtf16(m_utf16.data(), units, m_words[0]);
         m_wantTypes = false;
         if (!ok) return nullptr;
-        m_text.clear();
-        if (outType == 0)
-            _transformResult(m_words[0]);
-        else
-            _transformResult_wordtypeWeight(m_words[0]);
+        const int skipped =
+            outType == 0 ? m_text.renderPlain(m_words[0], m_spaceProcessor != nullptr, m_tagger.get())
+                         : m_text.renderWeighted(m_words[0], m_properties);
+        for (int i = 0; i < skipped; ++i) WS_IMP_ERROR("utf16 to utf8 fail!\n");
         return m_text.c_str();
     } catch (const std::bad_alloc&) {
         m_wantTypes = false;
@@ -370,87 +456,9 @@ const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, int outT
     }
 }
 
-// Appends the UTF-8 form of `units` code units to m_text; false when it
-// yields nothing.
-bool WsSegmenterImp::_appendUtf8(const unsigned short* text, unsigned int units) {
-    char buf[3 * 256 + 1];
-    unsigned int done = 0;
-    while (done < units) {
-        const unsigned int n = std::min(units - done, 256u);
-        const int bytes = EncodeConverter::utf16ToUtf8(text + done, n,
-                                                       reinterpret_cast<unsigned char*>(buf),
-                                                       sizeof buf);
-        if (bytes < 1) return false;
-        m_text.append(buf, static_cast<size_t>(bytes));
-        done += n;
-    }
-    return true;
+const char* WsSegmenterImp::getTagName(unsigned char tag) {
+    return m_tagger ? m_tagger->getTagName(tag) : nullptr;
 }
-
-void WsSegmenterImp::_transformResult(const std::vector<WORD_T>& words) {
-    for (const WORD_T& w : words) {
-        if (!_appendUtf8(w.word, w.wordLen)) {
-            WS_IMP_ERROR("utf16 to utf8 fail!\n");
-            continue;
-        }
-        if (m_showTags && !(w.wordLen == 1 && Utility::isSpaceChar(w.word[0]))) {
-            const char* tag = getTagName(w.tag);
-            m_text.append("/").append(tag != nullptr ? tag : "");
-        }
-        m_text.push_back(' ');
-    }
-}
-
-void WsSegmenterImp::_transformResult_wordtypeWeight(const std::vector<WORD_T>& words) {
-    char buf[64];
-    for (const WORD_T& w : words) {
-        if (!_appendUtf8(w.word, w.wordLen)) {
-            WS_IMP_ERROR("utf16 to utf8 fail!\n");
-            continue;
-        }
-        if (w.types.empty() && (w.prop & (kNamePropBits | WS_PROPERTY_ORG)) == 0 &&
-            w.semItems.empty()) {
-            m_text.push_back(' ');
-            continue;
-        }
-        m_text.append("[|");
-        for (const WordType& t : w.types) {
-            const char* name = getTypeName(t.type);
-            std::snprintf(buf, sizeof buf, "%s@%-2.1f", name != nullptr ? name : "", t.weight);
-            m_text.append("/").append(buf).push_back(' ');
-        }
-        if (w.prop & kNamePropBits) m_text.append("/NR ");
-        if (w.prop & WS_PROPERTY_ORG) m_text.append("/NT ");
-        for (const SemItem& s : w.semItems) {
-            m_text.push_back('#');
-            if (s.offset + s.length <= w.wordLen) _appendUtf8(w.word + s.offset, s.length);
-            m_text.push_back(' ');
-        }
-        m_text.append("|] ");
-    }
-}
-
-bool WsSegmenterImp::segmentMax(const unsigned short* text, unsigned int len,
-                                std::vector<WORD_T>& result) {
-    return segment(text, len, result);
-}
-
-bool WsSegmenterImp::segmentMax(const char* utf8, unsigned int len,
-                                std::vector<WORD_UTF8_T>& result) {
-    return segment(utf8, len, result);
-}
-
-bool WsSegmenterImp::segmentMin(const unsigned short* text, unsigned int len,
-                                std::vector<WORD_T>& result) {
-    return segment(text, len, result);
-}
-
-bool WsSegmenterImp::segmentMin(const char* utf8, unsigned int len,
-                                std::vector<WORD_UTF8_T>& result) {
-    return segment(utf8, len, result);
-}
-
-const char* WsSegmenterImp::getTagName(unsigned char) { return nullptr; }
 
 int WsSegmenterImp::getTagId(const char*) { return -1; }
 
@@ -465,8 +473,9 @@ int WsSegmenterImp::getWordId(const unsigned short* word, unsigned int len) {
 
 int WsSegmenterImp::getWordId(const char* utf8, unsigned int len) {
     if (!m_ready) return -1;
-    const unsigned int n = _toUtf16(utf8, len);
-    return n > 0 ? m_dicts.getWordId(m_utf16.data(), n, kAllDicts) : -1;
+    unsigned int n = 0;
+    if (!_toUtf16(utf8, len, n) || n == 0) return -1;
+    return m_dicts.getWordId(m_utf16.data(), n, kAllDicts);
 }
 
 }  // namespace ws

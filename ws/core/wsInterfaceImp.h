@@ -7,12 +7,16 @@
 
 #include "ws/algo/wsChunker.h"
 #include "ws/core/wsChunk.h"
+#include "ws/core/wsPlugInLibrary.h"
+#include "ws/core/wsPosTagger.h"
 #include "ws/core/wsPropertyDict.h"
 #include "ws/core/wsRecognizer.h"
+#include "ws/core/wsResultText.h"
 #include "ws/core/wsReviser.h"
 #include "ws/core/wsSegmenter.h"
 #include "ws/core/wsTextProcessor.h"
 #include "ws/core/wsTextSegmentation.h"
+#include "ws/core/wsUtf8Results.h"
 #include "ws/core/wsWordRecord.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/dict/wsCharFreqDict.h"
@@ -20,12 +24,16 @@
 
 namespace ws {
 
+class SpaceProcessor;
+
 // The segmenter behind WsSegmenter: built from a configuration, it runs the
-// pipeline (pre-processors, recognisers, segmenter, revisers, post-
+// pipeline (pre-processors, recognisers, segmenter, revisers, tagger, post-
 // processors) over one TextSegmentation per call. Texts longer than the
 // chunk size are segmented chunk by chunk. Every working buffer grows to the
 // longest text seen and is reused, so a warm segmenter allocates nothing in
-// its core. Not copyable. Thread safety: one text at a time.
+// its core. The optional stages come from one table (see the .cpp): a row
+// names the switch, the stage and the member that creates it. Not copyable.
+// Thread safety: one text at a time.
 class WsSegmenterImp {
 public:
     // Texts up to this many code units are never split.
@@ -47,11 +55,6 @@ public:
     bool segment(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
     const char* segment(const char* utf8, unsigned int len, int outType);
 
-    bool segmentMax(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
-    bool segmentMax(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
-    bool segmentMin(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
-    bool segmentMin(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
-
     const char* getTagName(unsigned char tag);
     int getTagId(const char* name);
     const char* getTypeName(short type);
@@ -63,25 +66,45 @@ public:
     void setSegType(int segType) { m_segType = segType; }
 
 private:
+    // One optional stage: created by `create` when `wanted` says its switch
+    // is on (always, when `wanted` is null); refused, naming `switchName`,
+    // when this build has no `create` for it.
+    struct StageRow {
+        const char* switchName;
+        const char* stage;
+        bool (*wanted)(const WsConfig&);
+        bool unigramOnly;  // feeds the lattice's new-word buffers
+        bool (WsSegmenterImp::*create)(const WsConfig&);
+    };
+    static const StageRow kStages[];
+
     void _release();
+    bool _build();
     bool _loadDicts(const WsConfig& config);
     bool _loadChunker(const WsConfig& config);
     bool _loadPropertyDict(const std::string& path);
+    bool _checkOptions(const WsConfig& config);
     bool _createSegmenter(const WsConfig& config);
     void _addNewWordBuffers(const WsConfig& config);
-    bool _createRecognizers(const WsConfig& config);
-    bool _checkUnavailableStages(const WsConfig& config);
-    // Runs the pipeline over m_seg; false when a pre-processor stops it.
+    bool _createStages(const WsConfig& config);
+    int _bufferIndex(unsigned short prop) const;
+
+    // Stage factories named by kStages.
+    bool _createSpaceProcessor(const WsConfig& config);
+    bool _createNormalizer(const WsConfig& config);
+    bool _createNumberRecognizer(const WsConfig& config);
+    bool _loadPlugIns(const WsConfig& config);
+    template <typename Stage>
+    bool _loadPlugIn(const std::string& path, const char* factory,
+                     std::vector<std::unique_ptr<Stage> >& list);
+
+    // Runs the pipeline over m_seg; false when a pre-processor ends it.
     bool _doSegment();
     bool _wantUserValues();
     void _appendWords(std::vector<WORD_T>& words, bool userValues);
     bool _segmentUtf16(const unsigned short* text, unsigned int len, std::vector<WORD_T>& words);
-    // Decodes into m_utf16; returns the code units.
-    unsigned int _toUtf16(const char* utf8, unsigned int len);
-    bool _appendUtf8(const unsigned short* text, unsigned int units);
-    void _transformUtf16ToUtf8(const std::vector<WORD_T>& words, std::vector<WORD_UTF8_T>& out);
-    void _transformResult(const std::vector<WORD_T>& words);
-    void _transformResult_wordtypeWeight(const std::vector<WORD_T>& words);
+    // Decodes into m_utf16; false when a non-empty text yields no code unit.
+    bool _toUtf16(const char* utf8, unsigned int len, unsigned int& units);
 
     bool m_ready = false;
     WsConfig m_config;
@@ -90,26 +113,30 @@ private:
     TextSegmentation m_seg;
     std::unique_ptr<Segmenter> m_segmenter;
     bool m_unigram = false;  // the segmenter is a UnigramSegmenter
+    // Before the stages: the libraries must outlive the objects they made.
+    std::vector<PlugInLibrary> m_plugIns;
     std::vector<std::unique_ptr<TextProcessor> > m_preProcessors;
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
     std::vector<std::unique_ptr<Reviser> > m_revisers;
+    std::unique_ptr<PosTagger> m_tagger;
     std::vector<std::unique_ptr<TextProcessor> > m_postProcessors;
+    SpaceProcessor* m_spaceProcessor = nullptr;  // in m_preProcessors; maps words back
     Chunker m_chunker;
     PropertyDict m_properties;
     int m_outType = 0;
     int m_segType = 0;
-    bool m_showTags = false;
-    bool m_wantTypes = false;  // fill word types (for the weighted text form)
+    bool m_wantTypes = false;     // fill word types (for the weighted text form)
+    bool m_richInfoLogged = false;
 
     // Reused working buffers.
     std::vector<unsigned short> m_spaceFree;
     std::vector<unsigned short> m_normalized;
     std::vector<CHUNK_T> m_chunks;
     std::vector<unsigned short> m_utf16;
-    std::vector<char> m_utf8;
     std::vector<std::vector<WORD_T> > m_words;
     std::vector<std::vector<WORD_UTF8_T> > m_utf8Words;
-    std::string m_text;
+    Utf8Results m_utf8Results;
+    ResultText m_text;
 };
 
 }  // namespace ws

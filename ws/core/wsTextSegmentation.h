@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "ws/core/wsExport.h"
 #include "ws/core/wsNewWordBuffer.h"
 #include "ws/core/wsSegmentResult.h"
 #include "ws/core/wsSegmentResultByDict.h"
@@ -17,7 +18,7 @@ namespace ws {
 // must outlive the segmentation of their text; copying shares them and
 // copies the buffers. Thread safety: none; one segmentation serves one call
 // at a time.
-struct TextSegmentation {
+struct WS_EXPORT TextSegmentation {
     // getPropIdx's answer when no buffer collects the property.
     static constexpr unsigned int kNoBuffer = 0xFFFFFFFFu;
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "ws/core/wsExport.h"
+
 namespace ws {
 
 // Character classes of UTF-16 code units, and the line-splitting helpers of
@@ -12,7 +14,7 @@ namespace ws {
 // letter or digit): the segmenter's rules are tuned to exactly these bounds.
 // All functions are static and pure (showTimes writes to standard output);
 // safe from any thread.
-class Utility {
+class WS_EXPORT Utility {
 public:
     // True exactly for space, tab, carriage return and line feed.
     static bool isSpaceChar(unsigned short c) {

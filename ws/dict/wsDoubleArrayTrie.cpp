@@ -12,9 +12,6 @@ namespace {
 const char kMagic[] = "DATRIE V1.0.0";
 const int kMaxListDepth = 1023;  // the listing's path buffer is 1024 bytes
 
-// Insertion tracing hook; prints nothing.
-void trace(const char*, ...) {}
-
 bool readAll(std::FILE* fp, void* to, size_t size) {
     char* p = static_cast<char*>(to);
     while (size > 0) {
@@ -238,7 +235,6 @@ int DoubleArrayTrie::matchReverse(const unsigned char* key, int len, int state,
 }
 
 int DoubleArrayTrie::add(const unsigned char* key, int len, int value) {
-    trace("Add key: %s\n", "");
     int s = addPartial(key, len);
     const int t = next(s, kCodeEnd);
     if (t != 0) {
@@ -273,7 +269,6 @@ int DoubleArrayTrie::addPartialRev(const unsigned char* key, int len) {
 int DoubleArrayTrie::addNewChar(int& state, int code, int value) {
     makeWritable();
     if (next(state, code) != 0) listAllEntries();  // should never happen: dump for diagnosis
-    trace("Add leading char: %c\n", code);
     getNewState(state, code);
     setState(state, code, value);
     return m_cells[state].base + code + 1;
@@ -343,16 +338,13 @@ int DoubleArrayTrie::getNewBase(const int* codes, int count, int minCode, int ma
         while (i < count && isFree(codes[i] + 1 + b)) ++i;
         if (i == count) break;
     }
-    trace("New base: %d\n", b);
     return b;
 }
 
 void DoubleArrayTrie::relocate(int state, int newBase, const int* codes, int count) {
-    trace("List of keys to move: ");
     for (int i = 0; i < count; ++i) {
         const int from = m_cells[state].base + codes[i] + 1;
         const int to = newBase + codes[i] + 1;
-        trace(" %d ", codes[i]);
         getState(to);
         m_cells[to].check = state;
         m_cells[to].base = m_cells[from].base;
@@ -363,7 +355,6 @@ void DoubleArrayTrie::relocate(int state, int newBase, const int* codes, int cou
         }
         freeState(from);
     }
-    trace("\n");
     m_cells[state].base = newBase;
 }
 

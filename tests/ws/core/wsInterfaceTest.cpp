@@ -9,6 +9,7 @@
 #include "support/DictionaryFiles.h"
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsPlugInLibrary.h"
 
 using ws::WsSegmenter;
 
@@ -185,28 +186,32 @@ TEST_F(WsSegmenterTest, PropertyTableNamesTheTypes) {
 }
 
 TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
-    EXPECT_NE(initLog("SEGMENT_ALGORITHM = BEST\n").find(
-                  "Please specify the segment algorithm in config file"),
-              std::string::npos);
-    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n")
-                  .find("ENABLE_RULEBASED_NAME_TAGGER"),
-              std::string::npos);
-    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n")
-                  .find("ENABLE_RULEBASED_ORGNIZATION_TAGGER"),
-              std::string::npos);
-    EXPECT_NE(initLog("SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + dir.file("none.txt") +
-                      "\n")
-                  .find("load number-rule-file : " + dir.file("none.txt") + " fail!"),
-              std::string::npos);
-    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 1\n").find("ENABLE_POS_TAGGER"), std::string::npos);
-    EXPECT_NE(initLog("ENABLE_POS_TAGGER = 2\n").find("ENABLE_POS_TAGGER is error"),
-              std::string::npos);
-    EXPECT_NE(initLog("ENABLE_PLUG_IN = true\n").find("ENABLE_PLUG_IN"), std::string::npos);
-    EXPECT_NE(initLog("BASE_DICTIONARY = " + dir.file("none.dict") + "\n").find("load dicts fail!"),
-              std::string::npos);
-    EXPECT_NE(initLog("NUMERIC_RULE_FILE = " + dir.file("none.txt") + "\n")
-                  .find("load number-rule-file : " + dir.file("none.txt") + " fail!"),
-              std::string::npos);
+    const std::string none = dir.file("none.txt");
+    const std::pair<std::string, std::string> cases[] = {
+        {"SEGMENT_ALGORITHM = BEST\n", "Please specify the segment algorithm in config file"},
+        {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n",
+         "ENABLE_RULEBASED_NAME_TAGGER"},
+        {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n",
+         "ENABLE_RULEBASED_ORGNIZATION_TAGGER"},
+        {"SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + none + "\n",
+         "load number-rule-file : " + none + " fail!"},
+        {"NUMERIC_RULE_FILE = " + none + "\n", "load number-rule-file : " + none + " fail!"},
+        {"ENABLE_POS_TAGGER = 1\n", "ENABLE_POS_TAGGER"},
+        {"ENABLE_POS_TAGGER = 2\n", "ENABLE_POS_TAGGER is error"},
+        {"ENABLE_CORRECT_PHRASE = true\n", "ENABLE_CORRECT_PHRASE"},
+        {"SEGMENT_RESULT_NUM = 2\n", "SEGMENT_RESULT_NUM = 2"},
+        {"SEG_TYPE = 1\n", "SEG_TYPE = 1"},
+        {"BASE_DICTIONARY = " + dir.file("none.dict") + "\n", "load dicts fail!"},
+        {"ENABLE_REMOVE_SPACE = true\nSPACE_DEFINE_FILE = " + dir.write("d.txt", "delimiterlist=,end#\n") + "\n",
+         "load space-file : " + dir.file("d.txt") + " fail!"},
+        {"ENABLE_PLUG_IN = true\nREVISER_PLUG_IN = " + dir.file("none.so") + "\n",
+         "none.so: cannot open shared object file"},
+        {"ENABLE_PLUG_IN = true\nREVISER_PLUG_IN = " ZEG_SAMPLE_TEXT_PROCESSOR "\n",
+         "There isn't the function createReviser in dll"},
+        {"ENABLE_PLUG_IN = true\nPREPROCESS_PLUG_IN = " ZEG_SAMPLE_REVISER "\n",
+         "There isn't the function createTextProcessor in dll"},
+    };
+    for (const auto& c : cases) EXPECT_NE(initLog(c.first).find(c.second), std::string::npos) << c.first;
     testing::internal::CaptureStderr();
     EXPECT_FALSE(seg.init(dir.file("absent.conf").c_str()));
     EXPECT_NE(testing::internal::GetCapturedStderr().find("load config file : " +
@@ -215,6 +220,58 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     std::vector<ws::WORD_UTF8_T> words;
     EXPECT_FALSE(seg.segment("北京", 6, words));
     EXPECT_EQ(seg.segment("北京", 6, 0), nullptr);
+    std::string error;
+    EXPECT_FALSE(ws::PlugInLibrary().open(nullptr, error));
+    EXPECT_EQ(error, "The .so file name is NULL");
+}
+
+TEST_F(WsSegmenterTest, TextThatDecodesToNothingFails) {
+    ASSERT_TRUE(seg.init(config().c_str()));
+    std::vector<ws::WORD_UTF8_T> words;
+    for (const std::string bad : {"\xff\xfe", "\xf0\x9f\x98\x80"}) {  // invalid; outside the BMP
+        EXPECT_FALSE(seg.segment(bad.data(), static_cast<unsigned>(bad.size()), words));
+        EXPECT_EQ(seg.segment(bad.data(), static_cast<unsigned>(bad.size()), 0), nullptr);
+    }
+    EXPECT_TRUE(seg.segment("", 0, words));
+    EXPECT_TRUE(words.empty());
+}
+
+// Spaces removed, width and case folded: the dictionary sees 北京大学生 and
+// mp3; the caller sees its own text.
+TEST_F(WsSegmenterTest, TextProcessorsFoldTheTextAndMapWordsBack) {
+    ASSERT_TRUE(seg.init(config("ENABLE_REMOVE_SPACE = true\nENABLE_NORMALIZE = 5\n"
+                                "ENABLE_DENORMALIZE = true\n").c_str()));
+    EXPECT_EQ(text("  北 京大学  生 "), "北 京大学 生 ");
+    EXPECT_EQ(text("\xef\xbc\xad\xef\xbc\xb0" "3   x"), "\xef\xbc\xad\xef\xbc\xb0" "3   x ");
+    EXPECT_EQ(text("   "), "");
+    std::vector<std::vector<ws::WORD_UTF8_T> > results;
+    const std::string s = "北 京大学  生Mp3";
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    std::string joined;
+    for (const auto& w : results[0]) joined.append(w.word, w.wordLen).push_back('|');
+    EXPECT_EQ(joined, "北京大学|生|Mp3|");
+    EXPECT_GE(results[0][2].wordId, 0);  // found as mp3
+    const size_t before = zeg_test::allocationCount();
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
+    EXPECT_EQ(zeg_test::allocationCount(), before);
+
+    ASSERT_TRUE(seg.init(config("ENABLE_NORMALIZE = 2\n").c_str()));
+    EXPECT_EQ(text("MP3"), "mp3 ");  // not unfolded without ENABLE_DENORMALIZE
+}
+
+TEST_F(WsSegmenterTest, PlugInsJoinTheirStageLists) {
+    ASSERT_TRUE(seg.init(config("ENABLE_PLUG_IN = true\nREVISER_PLUG_IN = " ZEG_SAMPLE_REVISER
+                                "\nPREPROCESS_PLUG_IN = " ZEG_SAMPLE_TEXT_PROCESSOR
+                                "\nPOSTPROCESS_PLUG_IN = " ZEG_SAMPLE_TEXT_PROCESSOR "\n").c_str()));
+    EXPECT_EQ(text("学生北京"), "学生北京 ");
+    EXPECT_EQ(text("#学生北京"), "");
+    std::vector<ws::WORD_UTF8_T> words;
+    const std::string s = "北京大学生mp3";
+    ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), words));
+    ASSERT_EQ(words.size(), 2u);
+    EXPECT_EQ(std::string(words[0].word, words[0].wordLen), "北京大学生");
+    EXPECT_TRUE(words[0].prop & ws::WS_PROPERTY_ORG);
+    EXPECT_FALSE(words[1].prop & ws::WS_PROPERTY_ORG);
 }
 
 TEST_F(WsSegmenterTest, SwitchedOffStagesDoNotStopInit) {

@@ -1,4 +1,4 @@
-#include "ws/dict/wsStringUtil.h"
+#include "ws/core/wsStringUtil.h"
 
 namespace ws {
 

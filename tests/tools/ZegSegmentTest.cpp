@@ -1,0 +1,40 @@
+// zeg-segment as a user runs it over the default data.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/DefaultData.h"
+#include "support/ToolRun.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+class ZegSegmentTest : public ::testing::Test {
+protected:
+    zeg_test::ToolRun run(const std::string& settings, const std::string& input) {
+        const std::string conf =
+            dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n" + settings);
+        return zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, "--config " + conf, input);
+    }
+    zeg_test::TempDir dir;
+};
+
+TEST_F(ZegSegmentTest, ReportsALineItCannotSegmentAndKeepsTheLinesAligned) {
+    const zeg_test::ToolRun r = run("", "ab\n\xff\xfe\n\xf0\x9f\x98\x80\ncd\n");
+    EXPECT_EQ(r.out, "ab \n\n\ncd \n");
+    EXPECT_THAT(r.err, HasSubstr("line 2: cannot segment"));
+    EXPECT_THAT(r.err, HasSubstr("line 3: cannot segment"));
+    EXPECT_EQ(r.status, 1);
+}
+
+TEST_F(ZegSegmentTest, RemovedSpacesAreMappedBackOntoTheInput) {
+    const zeg_test::ToolRun r = run("ENABLE_REMOVE_SPACE = true\n", "  ab  cd \n   \n");
+    EXPECT_EQ(r.out, "ab   cd \n\n");
+    EXPECT_EQ(r.status, 0);
+#if ZEG_DICTIONARY_CASES
+    EXPECT_EQ(run("ENABLE_REMOVE_SPACE = true\n", "北 京\n").out, "北 京 \n");
+    EXPECT_EQ(run("", "北 京\n").out, "北   京 \n");
+#endif
+}
+
+}  // namespace

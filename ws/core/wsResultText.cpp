@@ -1,0 +1,83 @@
+#include "ws/core/wsResultText.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsPosTagger.h"
+#include "ws/core/wsPropertyDict.h"
+#include "ws/core/wsUtility.h"
+
+namespace ws {
+
+namespace {
+const unsigned short kNameProps = WS_PROPERTY_PER_RULE | WS_PROPERTY_PER_ME;
+}
+
+bool ResultText::_append(const unsigned short* text, unsigned int units) {
+    char buf[3 * 256 + 1];
+    unsigned int done = 0;
+    while (done < units) {
+        const unsigned int n = std::min(units - done, 256u);
+        const int bytes = EncodeConverter::utf16ToUtf8(text + done, n,
+                                                       reinterpret_cast<unsigned char*>(buf),
+                                                       sizeof buf);
+        if (bytes < 1) return false;
+        m_text.append(buf, static_cast<size_t>(bytes));
+        done += n;
+    }
+    return true;
+}
+
+int ResultText::renderPlain(const std::vector<WORD_T>& words, bool original,
+                            PosTagger* tagger) {
+    m_text.clear();
+    int skipped = 0;
+    for (const WORD_T& w : words) {
+        const bool fromOrg = original && w.orgWord != nullptr;
+        if (!_append(fromOrg ? w.orgWord : w.word, fromOrg ? w.orgWordLen : w.wordLen)) {
+            ++skipped;
+            continue;
+        }
+        if (tagger != nullptr && !(w.wordLen == 1 && Utility::isSpaceChar(w.word[0]))) {
+            const char* tag = tagger->getTagName(w.tag);
+            m_text.append("/").append(tag != nullptr ? tag : "");
+        }
+        m_text.push_back(' ');
+    }
+    return skipped;
+}
+
+int ResultText::renderWeighted(const std::vector<WORD_T>& words, const PropertyDict& types) {
+    m_text.clear();
+    int skipped = 0;
+    char buf[64];
+    for (const WORD_T& w : words) {
+        if (!_append(w.word, w.wordLen)) {
+            ++skipped;
+            continue;
+        }
+        if (w.types.empty() && (w.prop & (kNameProps | WS_PROPERTY_ORG)) == 0 &&
+            w.semItems.empty()) {
+            m_text.push_back(' ');
+            continue;
+        }
+        m_text.append("[|");
+        for (const WordType& t : w.types) {
+            const char* name = types.getName(t.type);
+            std::snprintf(buf, sizeof buf, "%s@%-2.1f", name != nullptr ? name : "", t.weight);
+            m_text.append("/").append(buf).push_back(' ');
+        }
+        if (w.prop & kNameProps) m_text.append("/NR ");
+        if (w.prop & WS_PROPERTY_ORG) m_text.append("/NT ");
+        for (const SemItem& s : w.semItems) {
+            m_text.push_back('#');
+            if (s.offset + s.length <= w.wordLen) _append(w.word + s.offset, s.length);
+            m_text.push_back(' ');
+        }
+        m_text.append("|] ");
+    }
+    return skipped;
+}
+
+}  // namespace ws
