@@ -80,6 +80,7 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
     m_commands["charfreq"] = charFreqCommand();
     m_commands["stopwords"] = stopwordsCommand();
     m_commands["synonyms"] = synonymsCommand();
+    m_commands["reversible"] = reversibleCommand();
 }
 
 int ZegDict::usageError(const std::string& message) {

@@ -51,6 +51,7 @@ ZegDictCommand coreCommand();
 ZegDictCommand charFreqCommand();
 ZegDictCommand stopwordsCommand();
 ZegDictCommand synonymsCommand();
+ZegDictCommand reversibleCommand();
 
 }  // namespace zeg_tools
 
