@@ -25,6 +25,22 @@ const char* const kFileKeys[] = {
     "TRIGRAM_POS_TYPEID2TAG",
 };
 
+// Every other key the segmenter or its stages read.
+const char* const kOptionKeys[] = {
+    "SEGMENT_ALGORITHM", "ENABLE_REMOVE_SPACE", "ENABLE_NORMALIZE", "ENABLE_DENORMALIZE",
+    "ENABLE_NUMERIC_EXPRESSION_RECOGNIZER", "ENABLE_RULEBASED_NAME_TAGGER",
+    "ENABLE_MAXENT_PERSON_NAME_TAGGER", "ENABLE_FAMILY_NAME_CHECK", "ENABLE_RIGHT_BOUNDARY_CHECK",
+    "ENABLE_MAXENT_PLACE_NAME_TAGGER", "ENABLE_COMBINE_SINGLE_CHARACTER", "ENABLE_MERGE_SUFFIX",
+    "ENABLE_SPLIT_SUFFIX", "ENABLE_MERGE_TWO_CHAR", "ENABLE_COMPOUND_PHRASE",
+    "ENABLE_CORRECT_PHRASE", "ENABLE_MULTIPLE_SEGMENTATION_PHRASE", "ENABLE_POS_TAGGER",
+    "ENABLE_WORD_ID", "ENABLE_WORD_RICH_INFO", "ENABLE_PLUG_IN",
+    "ENABLE_RULEBASED_ORGNIZATION_TAGGER", "SEGMENT_RESULT_NUM", "OUT_TYPE", "SEG_TYPE",
+    "NUMERIC_THRESHOLD", "RULEBASED_NAME_THRESHOLD", "MAXENT_NAME_THRESHOLD",
+    "ORGNIZATION_THRESHOLD", "PREPROCESS_PLUG_IN", "POSTPROCESS_PLUG_IN", "REVISER_PLUG_IN",
+    "CHN_FAMILY_NAME_FREQ_THRESHOLD", "CHAR_IN_WORD_PROB_THRESHOLD",
+    "CHN_FAMILY_NAME_PROB_HIGH_THRESHOLD", "CHN_FAMILY_NAME_PROB_THRESHOLD",
+};
+
 void splitPaths(const std::string& value, std::vector<std::string>& files) {
     size_t at = value.find_first_not_of(" ;");
     while (at != std::string::npos) {
@@ -48,8 +64,7 @@ bool DataFingerprint::addFile(const std::string& path, std::string& error) {
     char buffer[65536];
     size_t n;
     while ((n = file.read(buffer, sizeof buffer)) > 0) {
-        for (size_t i = 0; i < n; ++i)
-            m_hash = (m_hash ^ static_cast<unsigned char>(buffer[i])) * 1099511628211ull;
+        addText(std::string(buffer, n));
     }
     if (file.failed()) {
         error = "cannot read " + path + ": " + std::strerror(errno);
@@ -59,27 +74,32 @@ bool DataFingerprint::addFile(const std::string& path, std::string& error) {
     return true;
 }
 
+void DataFingerprint::addText(const std::string& text) {
+    for (const char c : text) m_hash = (m_hash ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+}
+
 std::string DataFingerprint::hex() const {
     char text[17];
     std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(m_hash));
     return text;
 }
 
-bool segmenterDataFiles(const std::string& configPath, std::vector<std::string>& files,
-                        std::string& error) {
+bool segmenterData(const std::string& configPath, std::string& settings,
+                   std::vector<std::string>& files, std::string& error) {
     ws::Config config;
     if (!config.init(configPath.c_str())) {
         error = "cannot read " + configPath;
         return false;
     }
-    files.push_back(configPath);
+    for (const char* key : kOptionKeys) settings += std::string(key) + "=" + config.getString(key, "") + "\n";
     for (const char* key : kFileKeys) splitPaths(config.getString(key, ""), files);
     return true;
 }
 
-bool versionLine(const std::string& tool, const std::vector<std::string>& files,
-                 std::string& line, std::string& error) {
+bool versionLine(const std::string& tool, const std::string& settings,
+                 const std::vector<std::string>& files, std::string& line, std::string& error) {
     DataFingerprint print;
+    print.addText(settings);
     for (const auto& path : files) {
         if (!print.addFile(path, error)) return false;
     }

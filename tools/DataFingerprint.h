@@ -20,6 +20,9 @@ public:
     // "cannot read PATH: REASON" in `error`, when it cannot be read.
     bool addFile(const std::string& path, std::string& error);
 
+    // Hashes `text` after what was added before.
+    void addText(const std::string& text);
+
     // Sixteen lower-case hexadecimal digits.
     std::string hex() const;
     std::size_t files() const { return m_files; }
@@ -29,17 +32,18 @@ private:
     std::size_t m_files = 0;
 };
 
-// The configuration file and every data file it names through the
-// segmenter's file keys, in a fixed key order (user dictionaries split at
-// blanks and ';'); false, with `error` set, when the configuration cannot
-// be read.
-bool segmenterDataFiles(const std::string& configPath, std::vector<std::string>& files,
-                        std::string& error);
+// What a segmenter configuration makes keys depend on: `settings` gets
+// "KEY=value" lines for every option the segmenter reads (so included
+// files count), `files` every data file named by its file keys, in a fixed
+// key order (user dictionaries split at blanks and ';'). False, with
+// `error` set, when the configuration cannot be read.
+bool segmenterData(const std::string& configPath, std::string& settings,
+                   std::vector<std::string>& files, std::string& error);
 
-// "TOOL VERSION, data FINGERPRINT (N files)", or false with `error` set
-// when a file cannot be read.
-bool versionLine(const std::string& tool, const std::vector<std::string>& files,
-                 std::string& line, std::string& error);
+// "TOOL VERSION, data FINGERPRINT (N files)" over `settings` and the files,
+// or false with `error` set when a file cannot be read.
+bool versionLine(const std::string& tool, const std::string& settings,
+                 const std::vector<std::string>& files, std::string& line, std::string& error);
 
 }  // namespace zeg_tools
 

@@ -149,16 +149,17 @@ int run(const Options& options) {
 
 }  // namespace
 
-// The configuration, the lists and the segmenter's data files it names.
+// The configuration, the lists, the segmenter's settings and data files.
 bool versionLine(const std::string& config, std::string& line, std::string& error) {
     std::vector<std::string> files;
+    std::string settings;
     if (!config.empty()) {
-        normalize::nmConfig* settings = normalize::nmConfig::getInstance();
-        settings->init(config);
-        files = {config, settings->getStopFile(), settings->getSynonymsFile()};
-        if (!zeg_tools::segmenterDataFiles(settings->getwsConfig(), files, error)) return false;
+        normalize::nmConfig* options = normalize::nmConfig::getInstance();
+        options->init(config);
+        files = {config, options->getStopFile(), options->getSynonymsFile()};
+        if (!zeg_tools::segmenterData(options->getwsConfig(), settings, files, error)) return false;
     }
-    return zeg_tools::versionLine("zeg-normalize", files, line, error);
+    return zeg_tools::versionLine("zeg-normalize", settings, files, line, error);
 }
 
 int showVersion(const std::string& config) {

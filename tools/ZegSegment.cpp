@@ -40,9 +40,9 @@ constexpr std::size_t kLineCap = 1 << 20;
 
 int showVersion(const std::string& config) {
     std::vector<std::string> files;
-    std::string line, error;
-    if ((!config.empty() && !zeg_tools::segmenterDataFiles(config, files, error)) ||
-        !zeg_tools::versionLine("zeg-segment", files, line, error)) {
+    std::string settings, line, error;
+    if ((!config.empty() && !zeg_tools::segmenterData(config, settings, files, error)) ||
+        !zeg_tools::versionLine("zeg-segment", settings, files, line, error)) {
         std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
         return 1;
     }

@@ -63,12 +63,35 @@ TEST_P(ToolCommandLine, VersionNamesTheLibraryAndFingerprintsTheData) {
     const std::string first = out();
     EXPECT_THAT(first, MatchesRegex(".* [0-9.]+, data [0-9a-f]{16} \\([0-9]+ files\\)\n"));
 
-    // The same configuration with one byte more.
-    std::ifstream in(tool.config);
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const std::string copy = dir.write("copy.conf", text + "\n");
-    ASSERT_EQ(run("--version --config " + copy), 0) << err();
-    EXPECT_NE(out(), first) << "the configuration's own bytes count";
+    // A setting changed in an including file counts; so does a data file.
+    std::string copy = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\nSEG_TYPE = 0\n");
+    const std::string changed = dir.write("changed.conf", "#include \"" + copy + "\"\nSEG_TYPE = 1\n");
+    if (tool.config == ZEG_DEFAULT_CONFIG) {
+        const std::string ini = zeg_test::TempDir::read(ZEG_DEFAULT_CONFIG);
+        const size_t at = ini.find("WS_CONFIG=");
+        const auto withSegmenter = [&](const std::string& name, const std::string& path) {
+            return dir.write(name, ini.substr(0, at) + "WS_CONFIG=" + path +
+                                       ini.substr(ini.find('\n', at)));
+        };
+        copy = withSegmenter("copy.ini", copy);
+        withSegmenter("changed.ini", changed);
+        ASSERT_EQ(run("--version --config " + copy), 0) << err();
+        const std::string same = out();
+        ASSERT_EQ(run("--version --config " + dir.file("changed.ini")), 0) << err();
+        EXPECT_NE(out(), same);
+    } else {
+        ASSERT_EQ(run("--version --config " + copy), 0) << err();
+        const std::string same = out();
+        EXPECT_EQ(same, first) << "an including file that changes nothing";
+        ASSERT_EQ(run("--version --config " + changed), 0) << err();
+        EXPECT_NE(out(), same);
+        dir.write("alnum.txt", "x");
+        ASSERT_EQ(run("--version --config " + dir.write("data.conf", "#include \"" + copy +
+                                                                         "\"\nALNUM_DICTIONARY = " +
+                                                                         dir.file("alnum.txt") + "\n")),
+                  0);
+        EXPECT_NE(out(), same);
+    }
     EXPECT_EQ(run("--version --config " + dir.file("absent")), 1);
 }
 
