@@ -30,6 +30,8 @@ const Tool kTools[] = {
     {"zeg-dict", ZEG_DICT_TOOL, "", "--help"},
 };
 
+void PrintTo(const Tool& tool, std::ostream* os) { *os << tool.name; }
+
 class ToolCommandLine : public ::testing::TestWithParam<Tool> {
 protected:
     std::string slurp(const std::string& path) const {

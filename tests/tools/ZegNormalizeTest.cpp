@@ -87,6 +87,16 @@ TEST_F(ZegNormalizeTest, OverLongInputIsEchoedIntact) {
     EXPECT_EQ(r.out, line + "\n");
 }
 
+// Java counts the guard in modified UTF-8: six bytes for a character
+// outside the basic plane (four in the line).
+TEST_F(ZegNormalizeTest, TheGuardCountsAsJavaDoes) {
+    std::string emoji;
+    for (int i = 0; i < 85; ++i) emoji += "\xF0\x9F\x98\x80";
+    const ToolRun r = run(std::string("--mode 4 --config ") + ZEG_DEFAULT_CONFIG,
+                          emoji + "X\n" + emoji + "\xF0\x9F\x98\x80X\n");
+    EXPECT_EQ(r.out, "x\n\n");  // 511 bytes pass, 517 do not
+}
+
 TEST_F(ZegNormalizeTest, ConfigurationThatFailsShowsTheLibrarysMessagesAndExitsOne) {
     const std::string path = dir.file("absent.ini");
     const ToolRun r = run("--config " + path, "abc\n");
