@@ -1,5 +1,7 @@
 #include "tools/ZegDict.h"
 
+#include <sys/stat.h>
+
 #include "tools/CharFreqBuilder.h"
 #include "tools/CoreDictCompiler.h"
 #include "tools/DataFingerprint.h"
@@ -25,7 +27,7 @@ const char kCoreHelp[] =
     "  --progress          show progress on the error stream (the default on a terminal)\n";
 
 const char kCharFreqHelp[] =
-    "usage: zeg-dict charfreq --input WORDS --output FILE\n"
+    "usage: zeg-dict charfreq --input WORDS --output FILE [--progress]\n"
     "\n"
     "Derives the character frequency file from a word list (the format of\n"
     "zeg-dict core's input): a one-character word adds its frequency to the\n"
@@ -33,7 +35,13 @@ const char kCharFreqHelp[] =
     "characters add it to their first, middle and final counts.\n"
     "\n"
     "  --input WORDS   UTF-8 word list, one entry a line: word [frequency] [tag]\n"
-    "  --output FILE   the character frequency file to write\n";
+    "  --output FILE   the character frequency file to write\n"
+    "  --progress      show progress on the error stream (the default on a terminal)\n";
+
+uint64_t fileBytes(const std::string& path) {
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) ? static_cast<uint64_t>(st.st_size) : 0;
+}
 
 int runCore(ArgParser& args, std::ostream&, std::ostream& err) {
     CoreDictOptions core;
@@ -54,7 +62,9 @@ int runCharFreq(ArgParser& args, std::ostream&, std::ostream& err) {
         return 2;
     }
     CharFreqBuilder builder;
-    if (!builder.addFile(input, error) || !builder.writeFile(output, error)) {
+    ProgressLine progress(err, args.has("progress") || ProgressLine::stderrIsTerminal(),
+                          "zeg-dict charfreq", fileBytes(input));
+    if (!builder.addFile(input, error, &progress) || !builder.writeFile(output, error)) {
         err << "zeg-dict: " << error << '\n';
         return 1;
     }
@@ -72,7 +82,7 @@ ZegDictCommand coreCommand() {
 
 ZegDictCommand charFreqCommand() {
     return {"derive character frequencies from a word list", kCharFreqHelp,
-            {"input", "output"}, {}, &runCharFreq};
+            {"input", "output"}, {"progress"}, &runCharFreq};
 }
 
 ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) {
