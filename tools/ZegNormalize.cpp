@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <chrono>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "jni/NormalizerBridge.h"
-#include "normalize/NormalizeIntf.h"
 #include "norm_utility/YException.h"
+#include "normalize/NormalizeIntf.h"
 #include "normalize/nmConfig.h"
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
@@ -29,7 +29,8 @@ const char kUsage[] =
     "\n"
     "Reads UTF-8 lines from standard input and writes each one normalised to\n"
     "standard output, exactly as the Java method Normalizer.normalize(line, N)\n"
-    "returns it: a line of 512 bytes or more gives an empty line.\n"
+    "returns it: a line of 512 bytes or more, counted as Java counts them\n"
+    "(six for a character outside the basic plane), gives an empty line.\n"
     "\n"
     "  --config FILE  the normaliser's configuration (section [SERVER])\n"
     "  --mode N       sum of the mode bits (default 252); 0 or less gives an\n"
