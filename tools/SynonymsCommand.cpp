@@ -4,6 +4,7 @@
 #include <cctype>
 #include <fstream>
 #include <map>
+#include <vector>
 
 #include "tools/GBKListCompiler.h"
 #include "tools/WordListReader.h"
@@ -29,8 +30,11 @@ const char kHelp[] =
     "                 blanks) as a word list for zeg-dict core: a synonym only\n"
     "                 fires on a word the segmenter keeps whole, so the\n"
     "                 normaliser's user dictionary is built from it\n"
-    "  --known LIST   a word list (zeg-dict core's format) whose frequencies\n"
-    "                 are kept where they are above the default of 1000\n";
+    "  --known LIST   a word list (zeg-dict core's format): its frequencies\n"
+    "                 are kept where they are above the default of 1000, and\n"
+    "                 each of its words that holds a replacement, spelt with the\n"
+    "                 synonym's word in its place (免费软件 -> 免费软体), becomes\n"
+    "                 a synonym of it and a word of WORDS, unless LIST has it\n";
 
 // Frequency of a synonym word in the user dictionary: enough to keep two
 // common characters together, not so much that it wins over a longer word.
@@ -60,23 +64,48 @@ bool splitPair(const std::string& line, std::string& word, std::string& replacem
     return true;
 }
 
-// Raises the frequencies in `words` to those of the known list.
-bool raiseToKnown(const std::string& path, std::map<std::string, uint64_t>& words,
-                  std::ostream& err) {
+struct Synonym {
+    std::string word, replacement;  // UTF-8
+};
+
+bool readKnown(const std::string& path, std::map<std::string, uint64_t>& known,
+               std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        err << "zeg-dict: cannot read " << path << '\n';
-        return false;
-    }
     WordListReader reader(in);
     WordEntry entry;
     std::string reason;
-    for (WordListReader::Result r; (r = reader.next(entry, reason)) != WordListReader::kEnd;) {
-        const auto it = words.find(entry.word);
-        if (r == WordListReader::kEntry && it != words.end())
-            it->second = std::max(it->second, entry.freq);
+    for (WordListReader::Result r; in && (r = reader.next(entry, reason)) != WordListReader::kEnd;) {
+        if (r == WordListReader::kEntry) known.emplace(entry.word, entry.freq);
     }
-    return !reader.failed();
+    if (!in.is_open() || reader.failed()) {
+        err << "zeg-dict: cannot read " << path << '\n';
+        return false;
+    }
+    return true;
+}
+
+// A known word that holds a replacement, spelt with the synonym's word in
+// its place, is a synonym of it: synonyms replace whole words, and without
+// this 免费软体 (cut 免费 软体, then 免费 软件) would never meet the word
+// 免费软件. Only Chinese words are spelt so, and never over a known word.
+void deriveSynonyms(const std::vector<Synonym>& list, const std::map<std::string, uint64_t>& known,
+                    GBKListCompiler& compiler, std::map<std::string, unsigned>& keys,
+                    std::map<std::string, uint64_t>& words, std::string& contents) {
+    std::string derived, gbkDerived, gbkWord, reason;
+    for (const auto& [word, freq] : known) {
+        for (const Synonym& s : list) {
+            const size_t at = word.find(s.replacement);
+            if (at == std::string::npos || word == s.replacement ||
+                static_cast<unsigned char>(s.word[0]) < 0x80)
+                continue;
+            derived = word.substr(0, at) + s.word + word.substr(at + s.replacement.size());
+            if (known.count(derived) != 0 || !compiler.toGBK(derived, gbkDerived, reason) ||
+                !compiler.toGBK(word, gbkWord, reason) || !keys.emplace(gbkDerived, 0).second)
+                continue;
+            contents += gbkDerived + '\x01' + gbkWord + '\n';
+            words.emplace(derived, freq);
+        }
+    }
 }
 
 bool writeWords(const std::string& path, const std::map<std::string, uint64_t>& words,
@@ -96,29 +125,44 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
     GBKListCompiler compiler(err);
     std::map<std::string, unsigned> keys;  // upper-cased GBK word -> its line
     std::map<std::string, uint64_t> words;
+    std::vector<Synonym> list;
     std::string contents;
-    const bool read = compiler.read(input, [&](const std::string& line, unsigned number, std::string& reason) {
-        std::string word, replacement, gbkWord, gbkReplacement;
-        if (!splitPair(line, word, replacement, reason) ||
-            !compiler.toGBK(word, gbkWord, reason) ||
-            !compiler.toGBK(replacement, gbkReplacement, reason))
+    const bool read = compiler.read(input, [&](const std::string& line, unsigned number,
+                                               std::string& reason) {
+        Synonym s;
+        std::string gbkWord, gbkReplacement;
+        if (!splitPair(line, s.word, s.replacement, reason) ||
+            !compiler.toGBK(s.word, gbkWord, reason) ||
+            !compiler.toGBK(s.replacement, gbkReplacement, reason))
             return false;
         const auto first = keys.emplace(upperAscii(gbkWord), number);
         if (!first.second) {
-            reason = "'" + word + "' repeats the word of line " + std::to_string(first.first->second);
+            reason = "'" + s.word + "' repeats the word of line " + std::to_string(first.first->second);
             return false;
         }
         contents += gbkWord + '\x01' + gbkReplacement + '\n';
-        for (const std::string* w : {&word, &replacement}) {
+        for (const std::string* w : {&s.word, &s.replacement}) {
             if (w->find_first_of(" \t") == std::string::npos) words.emplace(*w, kWordFrequency);
         }
+        list.push_back(s);
         return true;
     });
-    if (!read || !compiler.write(output, contents)) return 1;
-    if (args.has("words") && ((args.has("known") && !raiseToKnown(args.get("known"), words, err)) ||
-                              !writeWords(args.get("words"), words, err)))
+    if (!read) return 1;
+    const size_t listed = keys.size();
+    std::map<std::string, uint64_t> known;
+    if (args.has("known") && compiler.errors() == 0) {
+        if (!readKnown(args.get("known"), known, err)) return 1;
+        for (auto& w : words) {
+            const auto it = known.find(w.first);
+            if (it != known.end()) w.second = std::max(w.second, it->second);
+        }
+        deriveSynonyms(list, known, compiler, keys, words, contents);
+    }
+    if (!compiler.write(output, contents) ||
+        (args.has("words") && !writeWords(args.get("words"), words, err)))
         return 1;
-    err << "zeg-dict synonyms: " << input << ": " << keys.size() << " synonyms\n";
+    err << "zeg-dict synonyms: " << input << ": " << listed << " synonyms, "
+        << keys.size() - listed << " derived\n";
     return 0;
 }
 

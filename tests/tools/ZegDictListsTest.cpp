@@ -35,16 +35,21 @@ TEST_F(ZegDictListsTest, StopwordsWritesEachCharacterOnceInGBK) {
 }
 
 TEST_F(ZegDictListsTest, SynonymsWritesPairsAndTheWordsOfTheUserDictionary) {
-    const std::string known = dir.write("known.txt", "笔记本电脑 4000 n\n电脑 9 n\n");
-    ASSERT_EQ(run("synonyms", "# c\n笔电 \t 笔记本电脑\r\ne-mail\t电子邮件\nwi fi\t无线网络\n",
+    const std::string known =
+        dir.write("known.txt", "笔记本电脑 4000 n\n软件 900 n\n免费软件 50 n\n软件包 7\n软体包 3\n");
+    ASSERT_EQ(run("synonyms", "# c\n笔电 \t 笔记本电脑\r\ne-mail\t电子邮件\nwi fi\t无线网络\n软体\t软件\n",
                   {"--words", dir.file("words"), "--known", known}),
               0)
         << err;
-    EXPECT_EQ(output(), zeg_test::gbk("笔电\x01笔记本电脑\ne-mail\x01电子邮件\nwi fi\x01无线网络\n"));
+    // A known word holding a replacement gets a synonym spelt with the
+    // word (免费软体), unless it is known itself (软体包).
+    EXPECT_EQ(output(), zeg_test::gbk("笔电\x01笔记本电脑\ne-mail\x01电子邮件\nwi fi\x01无线网络\n"
+                                      "软体\x01软件\n免费软体\x01免费软件\n"));
     // Words with blanks cannot be dictionary words; known frequencies above
     // the default are kept.
     EXPECT_EQ(zeg_test::TempDir::read(dir.file("words")),
-              "e-mail 1000\n无线网络 1000\n电子邮件 1000\n笔电 1000\n笔记本电脑 4000\n");
+              "e-mail 1000\n免费软体 50\n无线网络 1000\n电子邮件 1000\n笔电 1000\n笔记本电脑 4000\n"
+              "软件 1000\n软体 1000\n");
 }
 
 TEST_F(ZegDictListsTest, BadLinesAreReportedAndNothingIsWritten) {
