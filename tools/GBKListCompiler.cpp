@@ -98,8 +98,8 @@ bool GBKListCompiler::toGBK(const std::string& utf8, std::string& gbk, std::stri
         char32_t back = 0;
         if (cp < 0x80) {
             gbk.push_back(static_cast<char>(cp));
-        } else if (m_codePage.encode(cp, code) &&
-                   m_codePage.decode(code >> 8, code & 0xFF, back) && back == cp) {
+        } else if (m_codePage.encode(cp, code) && m_codePage.decode(code >> 8, code & 0xFF, back) &&
+                   back == cp) {
             gbk.push_back(static_cast<char>(code >> 8));
             gbk.push_back(static_cast<char>(code & 0xFF));
         } else {

@@ -94,8 +94,11 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
 }  // namespace
 
 ZegDictCommand reversibleCommand() {
-    return {"list the two-character words whose reverse is a word too", kHelp,
-            {"input", "output"}, {}, &run};
+    return {"list the two-character words whose reverse is a word too",
+            kHelp,
+            {"input", "output"},
+            {},
+            &run};
 }
 
 }  // namespace zeg_tools

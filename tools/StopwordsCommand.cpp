@@ -36,18 +36,19 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
     GBKListCompiler compiler(err);
     std::set<std::string> seen;
     std::string contents;
-    const bool read = compiler.read(input, [&](const std::string& line, unsigned, std::string& reason) {
-        std::string gbk;
-        for (const std::string& word : splitBlanks(line)) {
-            if (!compiler.toGBK(word, gbk, reason)) return false;
-            if (!oneCharacter(gbk)) {
-                reason = "'" + word + "' is not one character (stop words act on characters)";
-                return false;
+    const bool read =
+        compiler.read(input, [&](const std::string& line, unsigned, std::string& reason) {
+            std::string gbk;
+            for (const std::string& word : splitBlanks(line)) {
+                if (!compiler.toGBK(word, gbk, reason)) return false;
+                if (!oneCharacter(gbk)) {
+                    reason = "'" + word + "' is not one character (stop words act on characters)";
+                    return false;
+                }
+                if (seen.insert(gbk).second) contents += gbk + "\n";
             }
-            if (seen.insert(gbk).second) contents += gbk + "\n";
-        }
-        return true;
-    });
+            return true;
+        });
     if (!read || !compiler.write(output, contents)) return 1;
     err << "zeg-dict stopwords: " << input << ": " << seen.size() << " characters\n";
     return 0;
@@ -56,8 +57,11 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
 }  // namespace
 
 ZegDictCommand stopwordsCommand() {
-    return {"compile a UTF-8 stop-character list into the normaliser's GBK file", kHelp,
-            {"input", "output"}, {}, &run};
+    return {"compile a UTF-8 stop-character list into the normaliser's GBK file",
+            kHelp,
+            {"input", "output"},
+            {},
+            &run};
 }
 
 }  // namespace zeg_tools

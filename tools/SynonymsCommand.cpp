@@ -52,7 +52,8 @@ bool splitPair(const std::string& line, std::string& word, std::string& replacem
     const size_t tab = line.find('\t');
     const auto trim = [](const std::string& s) {
         const size_t b = s.find_first_not_of(" \t");
-        return b == std::string::npos ? std::string() : s.substr(b, s.find_last_not_of(" \t") - b + 1);
+        return b == std::string::npos ? std::string()
+                                      : s.substr(b, s.find_last_not_of(" \t") - b + 1);
     };
     word = trim(line.substr(0, tab));
     replacement = tab == std::string::npos ? std::string() : trim(line.substr(tab + 1));
@@ -68,13 +69,13 @@ struct Synonym {
     std::string word, replacement;  // UTF-8
 };
 
-bool readKnown(const std::string& path, std::map<std::string, uint64_t>& known,
-               std::ostream& err) {
+bool readKnown(const std::string& path, std::map<std::string, uint64_t>& known, std::ostream& err) {
     std::ifstream in(path, std::ios::binary);
     WordListReader reader(in);
     WordEntry entry;
     std::string reason;
-    for (WordListReader::Result r; in && (r = reader.next(entry, reason)) != WordListReader::kEnd;) {
+    for (WordListReader::Result r;
+         in && (r = reader.next(entry, reason)) != WordListReader::kEnd;) {
         if (r == WordListReader::kEntry) known.emplace(entry.word, entry.freq);
     }
     if (!in.is_open() || reader.failed()) {
@@ -127,26 +128,27 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
     std::map<std::string, uint64_t> words;
     std::vector<Synonym> list;
     std::string contents;
-    const bool read = compiler.read(input, [&](const std::string& line, unsigned number,
-                                               std::string& reason) {
-        Synonym s;
-        std::string gbkWord, gbkReplacement;
-        if (!splitPair(line, s.word, s.replacement, reason) ||
-            !compiler.toGBK(s.word, gbkWord, reason) ||
-            !compiler.toGBK(s.replacement, gbkReplacement, reason))
-            return false;
-        const auto first = keys.emplace(upperAscii(gbkWord), number);
-        if (!first.second) {
-            reason = "'" + s.word + "' repeats the word of line " + std::to_string(first.first->second);
-            return false;
-        }
-        contents += gbkWord + '\x01' + gbkReplacement + '\n';
-        for (const std::string* w : {&s.word, &s.replacement}) {
-            if (w->find_first_of(" \t") == std::string::npos) words.emplace(*w, kWordFrequency);
-        }
-        list.push_back(s);
-        return true;
-    });
+    const bool read =
+        compiler.read(input, [&](const std::string& line, unsigned number, std::string& reason) {
+            Synonym s;
+            std::string gbkWord, gbkReplacement;
+            if (!splitPair(line, s.word, s.replacement, reason) ||
+                !compiler.toGBK(s.word, gbkWord, reason) ||
+                !compiler.toGBK(s.replacement, gbkReplacement, reason))
+                return false;
+            const auto first = keys.emplace(upperAscii(gbkWord), number);
+            if (!first.second) {
+                reason = "'" + s.word + "' repeats the word of line " +
+                         std::to_string(first.first->second);
+                return false;
+            }
+            contents += gbkWord + '\x01' + gbkReplacement + '\n';
+            for (const std::string* w : {&s.word, &s.replacement}) {
+                if (w->find_first_of(" \t") == std::string::npos) words.emplace(*w, kWordFrequency);
+            }
+            list.push_back(s);
+            return true;
+        });
     if (!read) return 1;
     const size_t listed = keys.size();
     std::map<std::string, uint64_t> known;
@@ -161,16 +163,19 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
     if (!compiler.write(output, contents) ||
         (args.has("words") && !writeWords(args.get("words"), words, err)))
         return 1;
-    err << "zeg-dict synonyms: " << input << ": " << listed << " synonyms, "
-        << keys.size() - listed << " derived\n";
+    err << "zeg-dict synonyms: " << input << ": " << listed << " synonyms, " << keys.size() - listed
+        << " derived\n";
     return 0;
 }
 
 }  // namespace
 
 ZegDictCommand synonymsCommand() {
-    return {"compile a UTF-8 synonym list into the normaliser's GBK file", kHelp,
-            {"input", "output", "words", "known"}, {}, &run};
+    return {"compile a UTF-8 synonym list into the normaliser's GBK file",
+            kHelp,
+            {"input", "output", "words", "known"},
+            {},
+            &run};
 }
 
 }  // namespace zeg_tools

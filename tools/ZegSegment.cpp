@@ -63,12 +63,13 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
         if (cut)
             std::fprintf(stderr, "zeg-segment: line %llu: longer than %zu bytes, cut\n",
                          static_cast<unsigned long long>(lines), kLineCap);
-        const char* out = segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
-                                            weights ? 1 : 0);
+        const char* out =
+            segmenter.segment(line.data(), static_cast<unsigned int>(line.size()), weights ? 1 : 0);
         if (out == nullptr) {
             // One output line per input line all the same, so outputs stay aligned.
-            std::fprintf(stderr, "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
-                                 "of the basic multilingual plane)\n",
+            std::fprintf(stderr,
+                         "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
+                         "of the basic multilingual plane)\n",
                          static_cast<unsigned long long>(lines));
             allSegmented = false;
         }
@@ -83,8 +84,7 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
         return 1;
     }
     if (reader.failed()) {
-        std::fprintf(stderr, "zeg-segment: cannot read standard input: %s\n",
-                     std::strerror(errno));
+        std::fprintf(stderr, "zeg-segment: cannot read standard input: %s\n", std::strerror(errno));
         return 1;
     }
     return allSegmented ? 0 : 1;

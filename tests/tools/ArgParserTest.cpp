@@ -1,6 +1,6 @@
-#include "tools/ArgParser.h"
-
 #include <gtest/gtest.h>
+
+#include "tools/ArgParser.h"
 
 namespace {
 

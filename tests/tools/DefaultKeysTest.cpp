@@ -40,7 +40,11 @@ TEST_F(DefaultKeysTest, OneMeaningOneKey) {
     const std::vector<std::vector<std::string>> groups = {
         {"的士电话", "出租车电话", "计程车 电话"},
         {"筆電推薦", "笔记本电脑 推荐", "手提電腦推薦"},
-        {"瞭解", "了解"}, {"反覆", "反复"}, {"藉口", "借口"}, {"彷彿", "仿佛"}, {"揹包", "背包"},
+        {"瞭解", "了解"},
+        {"反覆", "反复"},
+        {"藉口", "借口"},
+        {"彷彿", "仿佛"},
+        {"揹包", "背包"},
         {"免费 软件 下载", "免费软件下载", "免費軟體下載！"},
         {"北京到上海", "上海到北京"},
         {"Wi-Fi 密码", "wifi密码", "WIFI 密码"},
@@ -54,9 +58,9 @@ TEST_F(DefaultKeysTest, OneMeaningOneKey) {
 
 TEST_F(DefaultKeysTest, KeysKeepTheWordsOfTheQuery) {
     const std::vector<std::pair<std::string, std::string>> cases = {
-        {"目的地", "目的地"}, {"吗啡", "吗啡"}, {"呢子大衣", "呢子大衣"}, {"哦哦", "哦哦"},
-        {"番茄小说", "番茄小说"}, {"北大青鸟", "北大青鸟"}, {".net 下载", ".net下载"},
-        {"日本", "日本"}, {"本日", "本日"},
+        {"目的地", "目的地"},      {"吗啡", "吗啡"},         {"呢子大衣", "呢子大衣"},
+        {"哦哦", "哦哦"},          {"番茄小说", "番茄小说"}, {"北大青鸟", "北大青鸟"},
+        {".net 下载", ".net下载"}, {"日本", "日本"},         {"本日", "本日"},
     };
     std::vector<std::string> queries;
     for (const auto& c : cases) queries.push_back(c.first);
@@ -69,7 +73,8 @@ TEST_F(DefaultKeysTest, KeysKeepTheWordsOfTheQuery) {
 TEST_F(DefaultKeysTest, EverySynonymWordIsOneWord) {
     std::vector<std::string> words;
     std::istringstream list(zeg_test::TempDir::read(ZEG_DATA_DIR "/synonym_words.txt"));
-    for (std::string line; std::getline(list, line);) words.push_back(line.substr(0, line.find(' ')));
+    for (std::string line; std::getline(list, line);)
+        words.push_back(line.substr(0, line.find(' ')));
     ASSERT_GT(words.size(), 30u);
     const std::vector<std::string> cut =
         lines(ZEG_SEGMENT_TOOL, ZEG_DATA_DIR "/normalizer-segmenter.conf", words);

@@ -1,9 +1,8 @@
 // What every tool does alike: --version with the data fingerprint, one-line
 // usage errors, write errors reported with exit 1.
-#include <sys/wait.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <fstream>
 #include <sstream>
@@ -66,14 +65,16 @@ TEST_P(ToolCommandLine, VersionNamesTheLibraryAndFingerprintsTheData) {
     EXPECT_THAT(first, MatchesRegex(".* [0-9.]+, data [0-9a-f]{16} \\([0-9]+ files\\)\n"));
 
     // A setting changed in an including file counts; so does a data file.
-    std::string copy = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\nSEG_TYPE = 0\n");
-    const std::string changed = dir.write("changed.conf", "#include \"" + copy + "\"\nSEG_TYPE = 1\n");
+    std::string copy =
+        dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\nSEG_TYPE = 0\n");
+    const std::string changed =
+        dir.write("changed.conf", "#include \"" + copy + "\"\nSEG_TYPE = 1\n");
     if (tool.config == ZEG_DEFAULT_CONFIG) {
         const std::string ini = zeg_test::TempDir::read(ZEG_DEFAULT_CONFIG);
         const size_t at = ini.find("WS_CONFIG=");
         const auto withSegmenter = [&](const std::string& name, const std::string& path) {
-            return dir.write(name, ini.substr(0, at) + "WS_CONFIG=" + path +
-                                       ini.substr(ini.find('\n', at)));
+            return dir.write(
+                name, ini.substr(0, at) + "WS_CONFIG=" + path + ini.substr(ini.find('\n', at)));
         };
         copy = withSegmenter("copy.ini", copy);
         withSegmenter("changed.ini", changed);
@@ -88,9 +89,9 @@ TEST_P(ToolCommandLine, VersionNamesTheLibraryAndFingerprintsTheData) {
         ASSERT_EQ(run("--version --config " + changed), 0) << err();
         EXPECT_NE(out(), same);
         dir.write("alnum.txt", "x");
-        ASSERT_EQ(run("--version --config " + dir.write("data.conf", "#include \"" + copy +
-                                                                         "\"\nALNUM_DICTIONARY = " +
-                                                                         dir.file("alnum.txt") + "\n")),
+        ASSERT_EQ(run("--version --config " +
+                      dir.write("data.conf", "#include \"" + copy + "\"\nALNUM_DICTIONARY = " +
+                                                 dir.file("alnum.txt") + "\n")),
                   0);
         EXPECT_NE(out(), same);
     }

@@ -35,9 +35,10 @@ TEST_F(ZegDictListsTest, StopwordsWritesEachCharacterOnceInGBK) {
 }
 
 TEST_F(ZegDictListsTest, SynonymsWritesPairsAndTheWordsOfTheUserDictionary) {
-    const std::string known =
-        dir.write("known.txt", "笔记本电脑 4000 n\n软件 900 n\n免费软件 50 n\n软件包 7\n软体包 3\n");
-    ASSERT_EQ(run("synonyms", "# c\n笔电 \t 笔记本电脑\r\ne-mail\t电子邮件\nwi fi\t无线网络\n软体\t软件\n",
+    const std::string known = dir.write(
+        "known.txt", "笔记本电脑 4000 n\n软件 900 n\n免费软件 50 n\n软件包 7\n软体包 3\n");
+    ASSERT_EQ(run("synonyms",
+                  "# c\n笔电 \t 笔记本电脑\r\ne-mail\t电子邮件\nwi fi\t无线网络\n软体\t软件\n",
                   {"--words", dir.file("words"), "--known", known}),
               0)
         << err;
@@ -55,15 +56,21 @@ TEST_F(ZegDictListsTest, SynonymsWritesPairsAndTheWordsOfTheUserDictionary) {
 TEST_F(ZegDictListsTest, BadLinesAreReportedAndNothingIsWritten) {
     const std::string longLine(1100, 'x');
     const std::pair<std::string, std::string> cases[] = {
-        {"stopwords", "。\n的士\n"}, {"stopwords", "𠀀\n"}, {"stopwords", "\xE4\xB8\n"},
-        {"stopwords", longLine + "\n"}, {"synonyms", "a\tb\nc\n"}, {"synonyms", "a\tb\nc\td\te\n"},
-        {"synonyms", "a\tb\n\tc\n"}, {"synonyms", "abc\tx\nABC\ty\n"}, {"synonyms", "a\tb\n€\tc\n"},
+        {"stopwords", "。\n的士\n"},  {"stopwords", "𠀀\n"},
+        {"stopwords", "\xE4\xB8\n"},  {"stopwords", longLine + "\n"},
+        {"synonyms", "a\tb\nc\n"},    {"synonyms", "a\tb\nc\td\te\n"},
+        {"synonyms", "a\tb\n\tc\n"},  {"synonyms", "abc\tx\nABC\ty\n"},
+        {"synonyms", "a\tb\n€\tc\n"},
     };
     const char* reasons[] = {
-        "in.txt:2: '的士' is not one character", "in.txt:1: '𠀀' (U+20000) has no GBK form",
-        "in.txt:1: invalid UTF-8", "in.txt:1: longer than 1023 bytes",
-        "in.txt:2: not a word, a tab and a replacement", "in.txt:2: not a word, a tab and a replacement",
-        "in.txt:2: not a word, a tab and a replacement", "in.txt:2: 'ABC' repeats the word of line 1",
+        "in.txt:2: '的士' is not one character",
+        "in.txt:1: '𠀀' (U+20000) has no GBK form",
+        "in.txt:1: invalid UTF-8",
+        "in.txt:1: longer than 1023 bytes",
+        "in.txt:2: not a word, a tab and a replacement",
+        "in.txt:2: not a word, a tab and a replacement",
+        "in.txt:2: not a word, a tab and a replacement",
+        "in.txt:2: 'ABC' repeats the word of line 1",
         "in.txt:2: '€' (U+20AC) has no GBK form",
     };
     for (size_t i = 0; i < sizeof cases / sizeof cases[0]; ++i) {
@@ -77,8 +84,9 @@ TEST_F(ZegDictListsTest, BadLinesAreReportedAndNothingIsWritten) {
 TEST_F(ZegDictListsTest, ReversibleRaisesWordsTheLatticeWouldCut) {
     // Total 200,000: 本日 needs 2 * 50,000 * 40,000 / 200,000 = 20,000 to
     // stay whole; 日本 and 本 日 already are; 天天 is its own reverse.
-    ASSERT_EQ(run("reversible", "本 50000\n日 40000\n日本 80000\n本日 43\n天天 29939\n一本 9\n本一 9\n"),
-              0)
+    ASSERT_EQ(
+        run("reversible", "本 50000\n日 40000\n日本 80000\n本日 43\n天天 29939\n一本 9\n本一 9\n"),
+        0)
         << err;
     EXPECT_EQ(output(), "本日 20000\n");
 }
