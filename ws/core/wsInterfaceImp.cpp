@@ -5,6 +5,7 @@
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsOrgnizationRecognizer.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsEncodeConverter.h"
@@ -53,7 +54,8 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
      [](const WsConfig& c) { return c.enableRuleNameTagger || c.enableMaxentPersonNameTagger; },
      true, nullptr},
     {"ENABLE_RULEBASED_ORGNIZATION_TAGGER", "organisation recogniser",
-     [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true, nullptr},
+     [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true,
+     &WsSegmenterImp::_createOrgnizationRecognizer},
     {"ENABLE_CORRECT_PHRASE", "phrase correcter",
      [](const WsConfig& c) { return c.enableCorrectPhrase; }, false, nullptr},
     {"ENABLE_POS_TAGGER", "part-of-speech tagger",
@@ -282,6 +284,21 @@ bool WsSegmenterImp::_createNumberRecognizer(const WsConfig& config) {
     }
     WS_IMP_DEBUG("load number-rule-file success!\n");
     if (config.enableNumericRecognizer) m_recognizers.push_back(std::move(numbers));
+    return true;
+}
+
+bool WsSegmenterImp::_createOrgnizationRecognizer(const WsConfig& config) {
+    std::unique_ptr<OrgnizationRecognizer> orgs(new (std::nothrow)
+                                                    OrgnizationRecognizer(m_segmenter.get()));
+    if (!orgs) {
+        WS_IMP_ERROR("new OrganizationRecognizer fail!\n");
+        return false;
+    }
+    if (!orgs->init(config, _bufferIndex(WS_PROPERTY_ORG))) {
+        WS_IMP_ERROR("init org recognizer fail!\n");
+        return false;
+    }
+    m_recognizers.push_back(std::move(orgs));
     return true;
 }
 

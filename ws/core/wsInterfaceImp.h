@@ -93,6 +93,7 @@ private:
     bool _createSpaceProcessor(const WsConfig& config);
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
+    bool _createOrgnizationRecognizer(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
     bool _loadPlugIn(const std::string& path, const char* factory,

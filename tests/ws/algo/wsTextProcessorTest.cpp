@@ -41,6 +41,7 @@ TEST_F(SpaceProcessorTest, KeepsOnlySpacesThatSeparateLatinOrDigits) {
         {u"北 京", "北京", {1}},
         {u"北\u3000\u3000京", "北京", {1, 2}},
         {u"a   b", "a b", {1, 2}},       // a run becomes its last space
+        {u"a \u3000b", "a\u3000b", {1}},
         {u"北 a", "北 a", {}},
         {u"1 北", "1 北", {}},
         {u"北 \uFF15", "北 \uFF15", {}},  // a full-width digit is not Chinese

@@ -192,7 +192,7 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n",
          "ENABLE_RULEBASED_NAME_TAGGER"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n",
-         "ENABLE_RULEBASED_ORGNIZATION_TAGGER"},
+         "init org recognizer fail!"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + none + "\n",
          "load number-rule-file : " + none + " fail!"},
         {"NUMERIC_RULE_FILE = " + none + "\n", "load number-rule-file : " + none + " fail!"},
