@@ -48,6 +48,7 @@ TEST_F(DefaultKeysTest, OneMeaningOneKey) {
         {"免费 软件 下载", "免费软件下载", "免費軟體下載！"},
         {"北京到上海", "上海到北京"},
         {"Wi-Fi 密码", "wifi密码", "WIFI 密码"},
+        {"iPhone 13 价格", "13 iphone 价格", "价格 IPHONE 13"},
     };
     for (const auto& group : groups) {
         const std::vector<std::string> got = keys(group);
