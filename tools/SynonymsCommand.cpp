@@ -101,7 +101,8 @@ void deriveSynonyms(const std::vector<Synonym>& list, const std::map<std::string
                 continue;
             derived = word.substr(0, at) + s.word + word.substr(at + s.replacement.size());
             if (known.count(derived) != 0 || !compiler.toGBK(derived, gbkDerived, reason) ||
-                !compiler.toGBK(word, gbkWord, reason) || !keys.emplace(upperAscii(gbkDerived), 0).second)
+                !compiler.toGBK(word, gbkWord, reason) ||
+                !keys.emplace(upperAscii(gbkDerived), 0).second)
                 continue;
             contents += gbkDerived + '\x01' + gbkWord + '\n';
             words.emplace(derived, freq);
