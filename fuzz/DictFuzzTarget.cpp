@@ -1,5 +1,6 @@
 // libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
-// is (in place, from a stream, mapped, in a dictionary set), then looked up.
+// is (in place, from a stream, mapped, in a dictionary set, as a
+// part-of-speech dictionary), then looked up.
 // Nothing may crash or read outside the bytes.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -14,6 +15,7 @@
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace {
 
@@ -75,6 +77,24 @@ void exerciseSet(const std::string& path, const std::vector<std::string>& keys) 
     }
 }
 
+// A part-of-speech dictionary: the tag lists of the seed words, each
+// looked up as the tagger does (with property bits that reach the guesses).
+void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
+    volatile float sum = 0;
+    for (const std::string& k : keys) {
+        const auto* word = reinterpret_cast<const unsigned short*>(k.data());
+        const int len = static_cast<int>(k.size() / 2);
+        ws::WORD_T rec(word, static_cast<unsigned>(len), nullptr, 0, ws::WS_PROPERTY_PER_ME, 0, -1,
+                       nullptr, 0, 0, -1);
+        const char* list = d.getWordInfoBuf(word, len, &rec);
+        for (int i = 0; i < ws::TrigramPosDict::getNumTags(list); ++i) {
+            sum = sum + ws::TrigramPosDict::getProbAt(list, i);
+            d.getTagName(ws::TrigramPosDict::getTagIdAt(list, i));
+        }
+    }
+    d.getTagId("n");
+}
+
 // The bytes as a file that can be mapped: an anonymous memory file.
 std::string asFile(const uint8_t* data, size_t size, int& fd) {
     fd = memfd_create("fuzz-dict", MFD_CLOEXEC);
@@ -107,9 +127,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         std::fclose(f);
     }
 
+    ws::TrigramPosDict pos(nullptr);
+    if (pos._loadFromMem(buffer, bufferSize) == 0) exercisePos(pos, keys);
+
     int fd = -1;
     const std::string path = asFile(data, size, fd);
     if (!path.empty()) exerciseSet(path, keys);
+    ws::TrigramPosDict mappedPos(nullptr);
+    if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);
     if (fd >= 0) close(fd);
     return 0;
 }

@@ -1,10 +1,15 @@
 #include "fuzz/DictSeeds.h"
 
+#include <stdlib.h>
+#include <unistd.h>
+
 #include <cstdio>
+#include <fstream>
 
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 namespace zeg_fuzz {
 
@@ -55,6 +60,37 @@ std::string baseDict() {
     return bytesOf(d);
 }
 
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// A part-of-speech dictionary over four tags that knows three seed words.
+std::string posDict() {
+    char dir[] = "/tmp/zeg-pos-seed-XXXXXX";
+    if (mkdtemp(dir) == nullptr) return std::string();
+    const std::string base = std::string(dir) + "/";
+    const char* const files[][2] = {
+        {"tags", "m\nn\nns\nv\n"},
+        {"freq", "10 m\n40 n\n20 ns\n30 v\n"},
+        {"init", "5 n\n3 v\n"},
+        {"bigrams", "8 n v\n6 v n\n2 ns n\n"},
+        {"trigrams", "4 n v n\n1 ns n v\n"},
+        {"words", "清华 ns/4\n学生 n/12\n大学 n/8 ns/1\n"}};
+    for (const auto& f : files) std::ofstream(base + f[0], std::ios::binary) << f[1];
+    ws::TrigramPosDict d(nullptr);
+    std::string out;
+    if (d.loadFromFiles((base + "tags").c_str(), (base + "freq").c_str(), (base + "init").c_str(),
+                        (base + "bigrams").c_str(), (base + "trigrams").c_str(),
+                        (base + "words").c_str()) == 0 &&
+        d.writeDict((base + "pos.dict").c_str()) == 0)
+        out = readAll(base + "pos.dict");
+    for (const char* name : {"tags", "freq", "init", "bigrams", "trigrams", "words", "pos.dict"})
+        unlink((base + name).c_str());
+    rmdir(dir);
+    return out;
+}
+
 }  // namespace
 
 const std::vector<std::string>& seedKeys() {
@@ -73,7 +109,7 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict()};
 }
 
 }  // namespace zeg_fuzz

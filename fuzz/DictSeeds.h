@@ -8,7 +8,7 @@ namespace zeg_fuzz {
 
 // Valid dictionary files to start from: small core dictionaries (records
 // with granularities, properties, semantic items and user values), an
-// empty one and a BaseDict.
+// empty one, a BaseDict and a part-of-speech dictionary.
 std::vector<std::string> dictSeeds();
 
 // The words the seeds hold, as UTF-16LE keys: the lookups worth trying.

@@ -70,4 +70,25 @@ JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_normalize(JNIEn
 
 JNIEXPORT void JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_unitialize(JNIEnv*, jclass) {}
 
+JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_initializationFailure(JNIEnv* env,
+                                                                                       jclass) {
+    if (env == nullptr) return nullptr;
+    std::string why;
+    try {
+        if (norm == nullptr)
+            why = "initialize has not been called";
+        else if (norm->isInitialized())
+            return nullptr;
+        else if (norm->failure().empty())
+            why = "the normaliser could not be initialised (its messages are on standard error)";
+        else
+            why = norm->failure();
+        while (!why.empty() && why.back() == '\n') why.pop_back();
+    } catch (...) {
+        why = "the normaliser could not be initialised";
+    }
+    if (env->ExceptionCheck()) return nullptr;
+    return env->NewStringUTF(why.c_str());
+}
+
 }  // extern "C"

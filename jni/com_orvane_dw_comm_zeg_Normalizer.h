@@ -29,6 +29,10 @@ JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_normalize(JNIEn
 // unitialize(): does nothing; the normaliser lives until the process ends.
 JNIEXPORT void JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_unitialize(JNIEnv* env, jclass cls);
 
+// Null once the normaliser is initialised; otherwise why not, as text.
+JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_initializationFailure(JNIEnv* env,
+                                                                                       jclass cls);
+
 #ifdef __cplusplus
 }
 #endif

@@ -36,6 +36,10 @@ HashedWord hashed(const std::string& word) {
 
 }  // namespace
 
+// One message covers the synonym file's and the segmenter's settings
+// look-ups; the line is kept as it has always read.
+const char kSettingsFailure[] = "[Implement::init] Get synonyms file from config failed:";
+
 Implement::Implement() = default;
 
 Implement::~Implement() = default;
@@ -55,17 +59,23 @@ bool Implement::init(const std::string& configPath) {
                        e.GetMsg());
         return false;
     }
-    // One message covers both settings look-ups below, the segmenter's path
-    // included; the line is kept as it has always read.
-    const char* const settingsFailure = "[Implement::init] Get synonyms file from config failed:";
     try {
         if (!loadSynonymsFile(config->getSynonymsFile())) return false;
-        if (m_segment.init(config->getwsConfig()) != 0) {
+    } catch (const YException& e) {
+        writeErrorLine(kSettingsFailure + std::string(e.GetMsg()));
+        return false;
+    }
+    return initWorker();
+}
+
+bool Implement::initWorker() {
+    try {
+        if (m_segment.init(nmConfig::getInstance()->getwsConfig()) != 0) {
             writeErrorLine("[Implement::init] zeg segment init failed");
             return false;
         }
     } catch (const YException& e) {
-        writeErrorLine(settingsFailure + std::string(e.GetMsg()));
+        writeErrorLine(kSettingsFailure + std::string(e.GetMsg()));
         return false;
     }
     if (m_gbkToUtf8.open("gbk", "utf-8") < 0) {

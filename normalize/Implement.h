@@ -17,9 +17,10 @@ enum PipelineMode {
 
 // The normaliser proper: wires the settings, the word lists, the segmenter
 // and two converters together, and turns one query into its normalised
-// form. Not copyable. Thread safety: one query at a time (the segmenter and
-// the converters keep state); the word lists and settings it reads are
-// process-wide and must not be reloaded while a query runs.
+// form. Not copyable. Thread safety: one query at a time per object (the
+// segmenter and the converters keep state); objects on different threads
+// run in parallel. The word lists and settings it reads are process-wide
+// and must not be reloaded while a query runs.
 class Implement {
 public:
     Implement();
@@ -31,6 +32,14 @@ public:
     // (adding to what is loaded), the segmenter, and opens the converters.
     // False at the first failure, with a message on standard error.
     bool init(const std::string& configPath);
+
+    // The part of init that is per object: the segmenter (from the settings
+    // init loaded, its dictionaries mapped once per process) and the two
+    // converters. Lets another thread get an Implement of its own over the
+    // process-wide settings and word lists, which it does not reload.
+    // REQUIRES: a successful init of some Implement. False, with a message
+    // on standard error, when a part cannot be set up.
+    bool initWorker();
 
     // Normalises `query` as `mode` asks (TranslateMode and PipelineMode
     // bits). `inputIsGbk` / `outputIsGbk` choose GBK instead of UTF-8 for

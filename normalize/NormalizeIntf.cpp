@@ -9,6 +9,20 @@ namespace normalize {
 
 using norm_utility::writeErrorLine;
 
+namespace {
+
+// The Implement one thread normalises with, for one init of one facade.
+struct ThreadImplement {
+    const NormalizeIntf* owner = nullptr;
+    unsigned long generation = 0;
+    Implement* implement = nullptr;
+    std::unique_ptr<Implement> owned;  // null for the Implement init built
+};
+
+thread_local ThreadImplement t_implement;
+
+}  // namespace
+
 NormalizeIntf* NormalizeIntf::m_pInstance = nullptr;
 
 NormalizeIntf* NormalizeIntf::getInstance() {
@@ -21,8 +35,11 @@ NormalizeIntf::NormalizeIntf() = default;
 NormalizeIntf::~NormalizeIntf() = default;
 
 bool NormalizeIntf::init(const std::string& configFile) {
-    m_initialized = false;
+    m_initialized.store(false, std::memory_order_release);
+    const unsigned long generation = m_generation.fetch_add(1) + 1;
+    t_implement = ThreadImplement();
     m_implement.reset();
+    m_failure.clear();
     try {
         m_implement = std::make_unique<Implement>();
     } catch (...) {
@@ -31,24 +48,53 @@ bool NormalizeIntf::init(const std::string& configFile) {
         std::fflush(stderr);
         return false;
     }
+    norm_utility::ErrorLineCapture capture;
     if (!m_implement->init(configFile)) {
         writeErrorLine("[NormalizeIntf::init] Implement initialization failed.");
+        m_failure = capture.lines();
         return false;
     }
-    m_initialized = true;
+    t_implement.owner = this;
+    t_implement.generation = generation;
+    t_implement.implement = m_implement.get();
+    m_initialized.store(true, std::memory_order_release);
     return true;
+}
+
+Implement* NormalizeIntf::_threadImplement() {
+    const unsigned long generation = m_generation.load(std::memory_order_acquire);
+    if (t_implement.owner == this && t_implement.generation == generation)
+        return t_implement.implement;
+    ThreadImplement mine;
+    try {
+        mine.owned = std::make_unique<Implement>();
+    } catch (...) {
+        std::fputs("[NormalizeIntf::doNormalize] new Implement operation failed.\n", stderr);
+        std::fflush(stderr);
+        return nullptr;
+    }
+    if (!mine.owned->initWorker()) {
+        writeErrorLine("[NormalizeIntf::doNormalize] cannot set up this thread's Implement.");
+        return nullptr;
+    }
+    mine.owner = this;
+    mine.generation = generation;
+    mine.implement = mine.owned.get();
+    t_implement = std::move(mine);
+    return t_implement.implement;
 }
 
 int NormalizeIntf::doNormalize(const std::string& input, int mode, std::string& output,
                                std::vector<std::string>& words, bool inputIsGbk,
                                bool outputIsGbk) {
-    if (!m_initialized) {
+    if (!isInitialized()) {
         writeErrorLine("[NormalizeIntf::doNormalize] interface is not initialized. input is [" +
                        input + "]");
         return -1;
     }
-    const int result =
-        m_implement->doNormalize(input, mode, output, words, inputIsGbk, outputIsGbk);
+    Implement* implement = _threadImplement();
+    if (implement == nullptr) return -1;
+    const int result = implement->doNormalize(input, mode, output, words, inputIsGbk, outputIsGbk);
     if (result != 0)
         writeErrorLine("[NormalizeIntf::doNormalize] doNormalize failed for input [" + input + "]");
     return result;

@@ -91,6 +91,8 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
     m_commands["stopwords"] = stopwordsCommand();
     m_commands["synonyms"] = synonymsCommand();
     m_commands["reversible"] = reversibleCommand();
+    m_commands["pos-train"] = posTrainCommand();
+    m_commands["pos"] = posCommand();
 }
 
 int ZegDict::usageError(const std::string& message) {

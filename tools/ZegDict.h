@@ -52,6 +52,8 @@ ZegDictCommand charFreqCommand();
 ZegDictCommand stopwordsCommand();
 ZegDictCommand synonymsCommand();
 ZegDictCommand reversibleCommand();
+ZegDictCommand posTrainCommand();  // ZegDictPos.cpp
+ZegDictCommand posCommand();       // ZegDictPos.cpp
 
 }  // namespace zeg_tools
 

@@ -13,23 +13,31 @@
 #include "tools/DataFingerprint.h"
 #include "tools/LineReader.h"
 #include "tools/ProgressLine.h"
+#include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
+#include "ws/core/wsWsConfig.h"
 
 namespace {
 
 const char kUsage[] =
-    "usage: zeg-segment --config SEGMENTER.conf [--weights] [--progress]\n"
+    "usage: zeg-segment --config SEGMENTER.conf [--weights | --pos [--presegmented]]\n"
+    "                   [--progress]\n"
     "       zeg-segment --version [--config SEGMENTER.conf]\n"
     "\n"
     "Reads UTF-8 lines from standard input and prints each segmented, words\n"
     "followed by a blank.\n"
     "\n"
-    "  --config FILE  the segmenter's configuration\n"
-    "  --weights      print each word's types and weights\n"
-    "  --progress     report lines done on standard error (the default when\n"
-    "                 standard error is a terminal)\n"
-    "  --version      the library's version and a fingerprint of the data files\n"
-    "                 the configuration names\n"
+    "  --config FILE   the segmenter's configuration\n"
+    "  --weights       print each word's types and weights\n"
+    "  --pos           print word/tag, tagged by the part-of-speech tagger the\n"
+    "                  configuration names (TRIGRAM_POS_DICT,\n"
+    "                  TRIGRAM_POS_TYPEID2TAG, TRIGRAM_POS_PATCH_DICT)\n"
+    "  --presegmented  keep the input's own words (separated by blanks) and only\n"
+    "                  tag them (with --pos)\n"
+    "  --progress      report lines done on standard error (the default when\n"
+    "                  standard error is a terminal)\n"
+    "  --version       the library's version and a fingerprint of the data files\n"
+    "                  the configuration names\n"
     "\n"
     "A line that cannot be segmented is reported on standard error and printed\n"
     "empty. Exit status: 0 done, 1 the segmenter did not initialise, a line\n"
@@ -50,7 +58,10 @@ int showVersion(const std::string& config) {
     return std::fflush(stdout) == 0 ? 0 : 1;
 }
 
-int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
+// Reads every line, writes what `process` makes of it (null: an empty line,
+// and exit status 1) and reports read and write errors.
+template <typename Process>
+int eachLine(bool progress, Process process) {
     zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
     zeg_tools::LineReader reader(STDIN_FILENO, kLineCap);
     std::string line;
@@ -63,8 +74,7 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
         if (cut)
             std::fprintf(stderr, "zeg-segment: line %llu: longer than %zu bytes, cut\n",
                          static_cast<unsigned long long>(lines), kLineCap);
-        const char* out =
-            segmenter.segment(line.data(), static_cast<unsigned int>(line.size()), weights ? 1 : 0);
+        const char* out = process(line);
         if (out == nullptr) {
             // One output line per input line all the same, so outputs stay aligned.
             std::fprintf(stderr,
@@ -90,11 +100,25 @@ int segmentLines(ws::WsSegmenter& segmenter, bool weights, bool progress) {
     return allSegmented ? 0 : 1;
 }
 
+// The segmenter, with the tagger switched on when `pos` asks for it.
+bool initSegmenter(const std::string& path, bool pos, ws::WsSegmenter& segmenter) {
+    if (!pos) return segmenter.init(path.c_str());
+    ws::WsConfig config;
+    if (!config.init(path.c_str())) return false;
+    config.enablePosTagger = 1;
+    return segmenter.init(&config);
+}
+
+int usageError(const zeg_tools::ArgParser& args, const std::string& message) {
+    std::fprintf(stderr, "%s\n", args.usageError(message).c_str());
+    return 2;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     zeg_tools::ArgParser args("zeg-segment", "zeg-segment");
-    args.value("config").flag("weights").flag("progress");
+    args.value("config").flag("weights").flag("pos").flag("presegmented").flag("progress");
     std::string config;
     if (!args.parse(std::vector<std::string>(argv + 1, argv + argc))) {
         std::fprintf(stderr, "%s\n", args.error().c_str());
@@ -109,12 +133,30 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s\n", args.error().c_str());
         return 2;
     }
+    const bool pos = args.has("pos"), weights = args.has("weights");
+    if (args.has("presegmented") && !pos) return usageError(args, "--presegmented needs --pos");
+    if (pos && weights) return usageError(args, "--pos and --weights exclude each other");
+    const bool progress = args.has("progress") || zeg_tools::ProgressLine::stderrIsTerminal();
+
+    if (args.has("presegmented")) {
+        zeg_tools::WordTagger tagger;
+        std::string error;
+        if (!tagger.init(config.c_str(), error)) {
+            std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
+            return 1;
+        }
+        return eachLine(progress, [&](const std::string& line) {
+            return tagger.tagLine(line).c_str();
+        });
+    }
     ws::WsSegmenter segmenter;
-    if (!segmenter.init(config.c_str())) {
+    if (!initSegmenter(config, pos, segmenter)) {
         std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
                      config.c_str());
         return 1;
     }
-    const bool progress = args.has("progress") || zeg_tools::ProgressLine::stderrIsTerminal();
-    return segmentLines(segmenter, args.has("weights"), progress);
+    return eachLine(progress, [&](const std::string& line) {
+        return segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
+                                 weights ? 1 : 0);
+    });
 }

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
+#include <thread>
+
 #include "normalize/WordLists.h"
 #include "support/AllocationCounter.h"
 #include "support/NormalizerFiles.h"
@@ -110,6 +113,37 @@ TEST_F(NormalizeIntfTest, LongFormHandsBackTheWords) {
     EXPECT_EQ(facade.doNormalize("b a", 4, out, words, false, false), 0);
     EXPECT_EQ(words, (std::vector<std::string>{"b", "a"}));
     EXPECT_EQ(out, "ba");
+}
+
+// Every thread gets an Implement of its own; results do not depend on how
+// many threads run at once, nor on which thread ran init.
+TEST_F(NormalizeIntfTest, ThreadsNormaliseInParallelWithTheSameResults) {
+    zeg_test::NormalizerFiles files;
+    files.synonyms = "软体\x01软件\n";
+    ASSERT_TRUE(init(files.write(dir))) << err;
+    const char* pieces[] = {"北京", "大学", "生", "軟體", "下載", "免费", " ", "ＡＢ", "iPhone",
+                            "13", "的", "中国人民银行", "！", "x"};
+    std::mt19937 random(static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
+    std::vector<std::string> queries(2000);
+    for (std::string& q : queries)
+        for (int n = 1 + static_cast<int>(random() % 6); n > 0; --n) q += pieces[random() % 14];
+    std::vector<std::string> expected(queries.size());
+    for (size_t i = 0; i < queries.size(); ++i)
+        ASSERT_EQ(facade.doNormalize(queries[i], 252, expected[i], false, false), 0) << queries[i];
+
+    std::vector<size_t> mismatches(8, 0);
+    std::vector<std::thread> threads;
+    for (size_t t = 0; t < mismatches.size(); ++t)
+        threads.emplace_back([&, t] {
+            std::string out;
+            for (size_t k = 0; k < queries.size(); ++k) {
+                const size_t i = (k * (t + 1)) % queries.size();
+                if (facade.doNormalize(queries[i], 252, out, false, false) != 0 || out != expected[i])
+                    ++mismatches[t];
+            }
+        });
+    for (std::thread& t : threads) t.join();
+    EXPECT_EQ(mismatches, std::vector<size_t>(8, 0));
 }
 
 }  // namespace

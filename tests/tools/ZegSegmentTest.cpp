@@ -37,4 +37,17 @@ TEST_F(ZegSegmentTest, RemovedSpacesAreMappedBackOntoTheInput) {
 #endif
 }
 
+TEST_F(ZegSegmentTest, PosTagsTheCutOrTheGivenWords) {
+    const std::string conf = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n");
+    const auto tagged = [&](const std::string& flags, const std::string& input) {
+        return zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, flags + " --config " + conf, input);
+    };
+    EXPECT_EQ(tagged("--pos --presegmented", "江 泽民\t发表\n\n").out, "江/nr 泽民/nr 发表/v \n\n");
+#if ZEG_DICTIONARY_CASES
+    EXPECT_EQ(tagged("--pos", "我爱北京\n").out, "我/r 爱/v 北京/ns \n");
+#endif
+    EXPECT_EQ(tagged("--presegmented", "").status, 2);
+    EXPECT_EQ(tagged("--pos --weights", "").status, 2);
+}
+
 }  // namespace

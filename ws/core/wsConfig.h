@@ -4,6 +4,8 @@
 #include <map>
 #include <string>
 
+#include "ws/core/wsExport.h"
+
 namespace ws {
 
 // The segmenter's configuration file, a flat list of lines:
@@ -19,7 +21,7 @@ namespace ws {
 // present key whose text does not parse reads as 0 / 0.0 / false.
 // Thread safety: none; the segmenter reads it once while initialising.
 // Copying copies both maps.
-class Config {
+class WS_EXPORT Config {
 public:
     Config();
     // Loads `path` as init does. ENDS THE PROCESS with status -1 when the

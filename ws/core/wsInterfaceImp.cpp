@@ -12,6 +12,7 @@
 #include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
+#include "ws/pos/wsTrigramPosTagger.h"
 
 #define WS_IMP_ERROR(...) WsLogger::getWsLogger()->errorPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
 #define WS_IMP_DEBUG(...) WsLogger::getWsLogger()->debugPos("wsInterfaceImp.cpp", __LINE__, __VA_ARGS__)
@@ -59,7 +60,8 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
     {"ENABLE_CORRECT_PHRASE", "phrase correcter",
      [](const WsConfig& c) { return c.enableCorrectPhrase; }, false, nullptr},
     {"ENABLE_POS_TAGGER", "part-of-speech tagger",
-     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false, nullptr},
+     [](const WsConfig& c) { return c.enablePosTagger == 1; }, false,
+     &WsSegmenterImp::_createPosTagger},
     {"ENABLE_PLUG_IN", "plug-in loader", [](const WsConfig& c) { return c.enablePlugIn; }, false,
      &WsSegmenterImp::_loadPlugIns},
 };
@@ -75,6 +77,7 @@ void WsSegmenterImp::_release() {
     m_recognizers.clear();
     m_revisers.clear();
     m_tagger.reset();
+    m_trigramTagger = nullptr;
     m_postProcessors.clear();
     m_plugIns.clear();  // after the objects the libraries made
     m_segmenter.reset();
@@ -256,6 +259,21 @@ bool WsSegmenterImp::_createSpaceProcessor(const WsConfig& config) {
     m_seg.denormalizeToSpaceFree = 1;
     m_spaceProcessor = spaces.get();
     m_preProcessors.push_back(std::move(spaces));
+    return true;
+}
+
+bool WsSegmenterImp::_createPosTagger(const WsConfig& config) {
+    std::unique_ptr<TrigramPosTagger> tagger(new (std::nothrow) TrigramPosTagger(&m_dicts));
+    if (!tagger) {
+        WS_IMP_ERROR("new TrigramPosTagger fail!\n");
+        return false;
+    }
+    if (!tagger->init(config)) {
+        WS_IMP_ERROR("init POS-tagger fail!\n");
+        return false;
+    }
+    m_trigramTagger = tagger.get();
+    m_tagger = std::move(tagger);
     return true;
 }
 
@@ -477,7 +495,9 @@ const char* WsSegmenterImp::getTagName(unsigned char tag) {
     return m_tagger ? m_tagger->getTagName(tag) : nullptr;
 }
 
-int WsSegmenterImp::getTagId(const char*) { return -1; }
+int WsSegmenterImp::getTagId(const char* name) {
+    return m_trigramTagger != nullptr ? m_trigramTagger->getTagId(name) : -1;
+}
 
 const char* WsSegmenterImp::getTypeName(short type) { return m_properties.getName(type); }
 

@@ -24,6 +24,8 @@
 
 namespace ws {
 
+class TrigramPosTagger;
+
 class SpaceProcessor;
 
 // The segmenter behind WsSegmenter: built from a configuration, it runs the
@@ -94,6 +96,7 @@ private:
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
     bool _createOrgnizationRecognizer(const WsConfig& config);
+    bool _createPosTagger(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
     bool _loadPlugIn(const std::string& path, const char* factory,
@@ -120,6 +123,7 @@ private:
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
     std::vector<std::unique_ptr<Reviser> > m_revisers;
     std::unique_ptr<PosTagger> m_tagger;
+    TrigramPosTagger* m_trigramTagger = nullptr;  // m_tagger, for getTagId
     std::vector<std::unique_ptr<TextProcessor> > m_postProcessors;
     SpaceProcessor* m_spaceProcessor = nullptr;  // in m_preProcessors; maps words back
     Chunker m_chunker;

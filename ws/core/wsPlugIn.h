@@ -21,7 +21,7 @@
 // `len` code units from the cell's position, `prop`, `tag`, `wordId`,
 // `value`), the word records, and the exported helpers Utility and
 // EncodeConverter. Those helpers and the rest of the public segmenter live in
-// the shared library libzegws.so; link it (-lzegws). Build with the same
+// the shared library libzeg.so; link it (-lzeg). Build with the same
 // compiler and C++ standard library as the segmenter.
 #include "ws/core/wsExport.h"
 #include "ws/core/wsReviser.h"

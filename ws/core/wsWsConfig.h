@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ws/core/wsExport.h"
 #include "ws/core/wsConfig.h"
 
 namespace ws {
@@ -14,7 +15,7 @@ namespace ws {
 // below. Before init the members hold the constructor values; init stores
 // 0 / false / 0.0 for every key the file lacks, not the constructor value.
 // Thread safety: none; built once, then shared read-only. Copyable.
-class WsConfig : public Config {
+class WS_EXPORT WsConfig : public Config {
 public:
     // Empty configuration, constructor values, no plug-ins.
     WsConfig();

@@ -10,6 +10,7 @@
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugInLibrary.h"
+#include "ws/pos/wsTrigramPosDict.h"
 
 using ws::WsSegmenter;
 
@@ -196,7 +197,7 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
         {"SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + none + "\n",
          "load number-rule-file : " + none + " fail!"},
         {"NUMERIC_RULE_FILE = " + none + "\n", "load number-rule-file : " + none + " fail!"},
-        {"ENABLE_POS_TAGGER = 1\n", "ENABLE_POS_TAGGER"},
+        {"ENABLE_POS_TAGGER = 1\n", "init POS-tagger fail!"},
         {"ENABLE_POS_TAGGER = 2\n", "ENABLE_POS_TAGGER is error"},
         {"ENABLE_CORRECT_PHRASE = true\n", "ENABLE_CORRECT_PHRASE"},
         {"SEGMENT_RESULT_NUM = 2\n", "SEGMENT_RESULT_NUM = 2"},
@@ -272,6 +273,33 @@ TEST_F(WsSegmenterTest, PlugInsJoinTheirStageLists) {
     EXPECT_EQ(std::string(words[0].word, words[0].wordLen), "北京大学生");
     EXPECT_TRUE(words[0].prop & ws::WS_PROPERTY_ORG);
     EXPECT_FALSE(words[1].prop & ws::WS_PROPERTY_ORG);
+}
+
+TEST_F(WsSegmenterTest, TaggerStageAddsTagsToTheTextOutput) {
+    const char* const files[][2] = {{"tags", "n\nns\nnt\nv\n"},
+                                    {"freq", "50 n\n10 ns\n10 nt\n30 v\n"},
+                                    {"init", "5 nt\n"},
+                                    {"bigrams", "4 nt n\n"},
+                                    {"trigrams", ""},
+                                    {"words", "学生 n/5\n"}};
+    for (const auto& f : files) dir.write(f[0], f[1]);
+    ws::TrigramPosDict dict(nullptr);
+    testing::internal::CaptureStdout();
+    ASSERT_EQ(dict.loadFromFiles(dir.file("tags").c_str(), dir.file("freq").c_str(),
+                                 dir.file("init").c_str(), dir.file("bigrams").c_str(),
+                                 dir.file("trigrams").c_str(), dir.file("words").c_str()),
+              0);
+    testing::internal::GetCapturedStdout();
+    ASSERT_EQ(dict.writeDict(dir.file("pos.dict").c_str()), 0);
+    // Property ids of the base dictionary: ns 1, nt 2, n 3.
+    dir.write("typeid2tag.txt", "1 ns\n2 nt\n3 n\n");
+    ASSERT_TRUE(seg.init(config("ENABLE_POS_TAGGER = 1\nTRIGRAM_POS_DICT = " + dir.file("pos.dict") +
+                                "\nTRIGRAM_POS_TYPEID2TAG = " + dir.file("typeid2tag.txt") + "\n")
+                             .c_str()));
+    EXPECT_EQ(text("清华大学学生"), "清华大学/nt 学生/n ");
+    EXPECT_EQ(seg.getTagId("nt"), 3);
+    EXPECT_STREQ(seg.getTagName(3), "nt");
+    EXPECT_EQ(seg.getTagId("x"), -1);
 }
 
 TEST_F(WsSegmenterTest, SwitchedOffStagesDoNotStopInit) {

@@ -1,7 +1,15 @@
 package com.orvane.dw.comm.zeg;
 
+import java.io.IOException;
+import java.io.InputStream;
+import java.io.OutputStream;
+import java.net.URL;
+import java.nio.file.Files;
+import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Locale;
+import java.util.jar.Manifest;
 
 /**
  * Turns Chinese search queries into canonical keys, so that queries which mean the same thing
@@ -12,13 +20,17 @@ import java.util.List;
  * normaliser's configuration file, then {@link #normalize(String, int)} for each query, usually
  * with {@link #USUAL}.
  *
- * <p>Threads: {@code initialize} should run once, at start-up, before any {@code normalize}. The
- * library serves one query at a time; the native methods are synchronized on this class, so any
- * thread may call them, and concurrent calls simply take turns.
+ * <p>Threads: {@code initialize} should run once, at start-up, before any {@code normalize}.
+ * After that any number of threads may call {@code normalize} at once, without locks: each
+ * thread normalises with working state of its own over the dictionaries, word lists and settings
+ * that {@code initialize} loaded once, and results do not depend on the thread.
  *
- * <p>Failures are silent: nothing is thrown and nothing is returned to tell that the
- * configuration did not load. The library writes its diagnostics to the process's standard error
- * stream, and {@code normalize} then returns the empty string for every query.
+ * <p>Failures do not throw: a configuration that did not load makes {@code normalize} return the
+ * empty string for every query, and the library writes its diagnostics to the process's standard
+ * error stream. Call {@link #isInitialized()} (or {@link #initializationFailure()} for the
+ * reason) after {@code initialize} to fail fast instead of writing empty keys.
+ *
+ * <p>The jar carries the native library for linux-x86_64; see {@link #loadLibrary()}.
  */
 public final class Normalizer {
 
@@ -64,10 +76,14 @@ public final class Normalizer {
     private Normalizer() {}
 
     /**
-     * Loads the native library unless it is already loaded. Tries, in order, the file named by the
-     * system property {@value #LIBRARY_PATH_PROPERTY} (when set), then {@code
-     * System.loadLibrary("zegnormalizer")}, which searches {@code java.library.path}. Runs
-     * automatically when the class is initialised; calling it again does nothing.
+     * Loads the native library unless it is already loaded. Tries, in order: the file named by the
+     * system property {@value #LIBRARY_PATH_PROPERTY} (when set); {@code
+     * System.loadLibrary("zegnormalizer")}, which searches {@code java.library.path}; the copy
+     * bundled in this jar for the running platform ({@code native/linux-x86_64/}), extracted to a
+     * private temporary file, loaded and deleted. A class loaded by a second class loader in the
+     * same JVM gets its own extracted copy, since the JVM lets one library file serve only one
+     * class loader. Runs automatically when the class is initialised; calling it again does
+     * nothing.
      *
      * @throws UnsatisfiedLinkError listing every attempt, when none of them succeeds
      */
@@ -89,11 +105,91 @@ public final class Normalizer {
         try {
             System.loadLibrary(LIBRARY_NAME);
             loaded = true;
+            return;
         } catch (UnsatisfiedLinkError | SecurityException e) {
             attempts.add("System.loadLibrary(\"" + LIBRARY_NAME + "\") with java.library.path="
                     + System.getProperty("java.library.path") + ": " + e.getMessage());
+        }
+        try {
+            loadBundled();
+            loaded = true;
+        } catch (IOException | UnsatisfiedLinkError | SecurityException e) {
+            attempts.add("the copy bundled for " + platform() + ": " + e.getMessage());
             throw new UnsatisfiedLinkError("cannot load the zeg normaliser: "
                     + String.join("; ", attempts));
+        }
+    }
+
+    /** The platform's folder in the jar, such as {@code linux-x86_64}. */
+    static String platform() {
+        String os = System.getProperty("os.name", "").toLowerCase(Locale.ROOT);
+        String arch = System.getProperty("os.arch", "").toLowerCase(Locale.ROOT);
+        if (arch.equals("amd64")) {
+            arch = "x86_64";
+        }
+        return (os.startsWith("linux") ? "linux" : os.replace(' ', '_')) + "-" + arch;
+    }
+
+    private static void loadBundled() throws IOException {
+        String resource = "/native/" + platform() + "/lib" + LIBRARY_NAME + ".so";
+        Path file;
+        try (InputStream in = Normalizer.class.getResourceAsStream(resource)) {
+            if (in == null) {
+                throw new IOException("the jar has no " + resource);
+            }
+            // Owner-only permissions: createTempFile gives rw------- on POSIX systems.
+            file = Files.createTempFile("lib" + LIBRARY_NAME + "-", ".so");
+            long copied;
+            try (OutputStream out = Files.newOutputStream(file)) {
+                copied = in.transferTo(out);
+            }
+            if (copied == 0 || Files.size(file) != copied) {
+                Files.deleteIfExists(file);
+                throw new IOException("extracting " + resource + " to " + file + " failed");
+            }
+        }
+        try {
+            System.load(file.toAbsolutePath().toString());
+        } finally {
+            // The loaded library stays mapped; the file is not needed any more.
+            if (!file.toFile().delete()) {
+                file.toFile().deleteOnExit();
+            }
+        }
+    }
+
+    /**
+     * Whether the normaliser is initialised, that is {@link #initialize(String)} has loaded a
+     * configuration. When this is false every {@link #normalize(String, int)} returns "".
+     *
+     * @return true once initialised
+     */
+    public static boolean isInitialized() {
+        return initializationFailure() == null;
+    }
+
+    /**
+     * Why the normaliser is not initialised: "initialize has not been called", or the library's
+     * messages from the failed {@link #initialize(String)} (one a line). Null once initialised.
+     *
+     * @return the reason, or null
+     */
+    public static native String initializationFailure();
+
+    /** The version of this jar and its library, from the jar's manifest (null outside a jar). */
+    public static String version() {
+        // The jar's own manifest: the package may also be defined by another jar first.
+        URL self = Normalizer.class.getResource("Normalizer.class");
+        String text = self == null ? "" : self.toString();
+        int end = text.indexOf("!/");
+        if (!text.startsWith("jar:") || end < 0) {
+            return null;
+        }
+        try (InputStream in = new URL(text.substring(0, end + 2) + "META-INF/MANIFEST.MF")
+                .openStream()) {
+            return new Manifest(in).getMainAttributes().getValue("Implementation-Version");
+        } catch (IOException e) {
+            return null;
         }
     }
 
@@ -103,8 +199,9 @@ public final class Normalizer {
      * bad configuration cannot be corrected without restarting the process. A null path counts as
      * a file that cannot be loaded.
      *
-     * <p>Failure is not reported to the caller: the library writes what went wrong to standard
-     * error, and from then on {@link #normalize(String, int)} returns "" for every query.
+     * <p>Failure does not throw: the library writes what went wrong to standard error, from then
+     * on {@link #normalize(String, int)} returns "" for every query, and {@link #isInitialized()}
+     * is false, with the reason in {@link #initializationFailure()}.
      *
      * @param configPath the normaliser's configuration file (section {@code [SERVER]} with
      *     {@code WS_CONFIG}, {@code STOP_FILE}, {@code SYNONYMS_FILE}, {@code MAX_INPUT_LENGTH})
@@ -126,12 +223,12 @@ public final class Normalizer {
      * @param mode the mode bits
      * @return the normalised query, never null
      */
-    public static synchronized native String normalize(String query, int mode);
+    public static native String normalize(String query, int mode);
 
     /**
      * Does nothing: the normaliser stays loaded and usable until the process ends, and a later
      * {@link #initialize(String)} still does nothing. (The name is spelt as the library exports
      * it.)
      */
-    public static synchronized native void unitialize();
+    public static native void unitialize();
 }
