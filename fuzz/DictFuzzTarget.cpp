@@ -1,6 +1,7 @@
 // libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
-// is (in place, from a stream, mapped, in a dictionary set, as a
-// part-of-speech dictionary), then looked up.
+// is (in place, from a stream, mapped, in a dictionary set; as a
+// part-of-speech dictionary; as a phrase dictionary from a stream and a
+// file), then looked up.
 // Nothing may crash or read outside the bytes.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -15,6 +16,9 @@
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
+#include "ws/dict/wsFamilyNameDict.h"
+#include "ws/dict/wsMaxentDict.h"
+#include "ws/dict/wsPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
 namespace {
@@ -77,6 +81,50 @@ void exerciseSet(const std::string& path, const std::vector<std::string>& keys) 
     }
 }
 
+// Phrase lookups under two cuts (all single characters; pairs) at every
+// word of the seed words run together (where the seed phrases begin) and
+// in each key, reading every record they answer with.
+void lookUpPhrases(const ws::PhraseDict& d, const unsigned short* text, unsigned n) {
+    static const std::vector<char> ones(64, 1), twos(64, 2);
+    volatile int sum = 0;
+    d.match(text, n < 64 ? n : 64);
+    for (const std::vector<char>* cut : {&ones, &twos}) {
+        const int at = d.matchPosition(text, n < 64 ? n : 64, cut->data());
+        if (at < 0) continue;
+        const char* record = d.getBuffer() + at;
+        for (int i = 0; i <= record[0]; ++i) sum = sum + record[i];
+    }
+}
+
+void exercisePhrases(const ws::PhraseDict& d, const std::vector<std::string>& keys) {
+    std::string joined;
+    for (const std::string& k : zeg_fuzz::seedKeys()) joined += k;
+    const auto* text = reinterpret_cast<const unsigned short*>(joined.data());
+    unsigned at = 0;
+    for (const std::string& k : zeg_fuzz::seedKeys()) {
+        lookUpPhrases(d, text + at, static_cast<unsigned>(joined.size() / 2) - at);
+        at += static_cast<unsigned>(k.size() / 2);
+    }
+    for (const std::string& k : keys) {
+        const std::string key = k + std::string(k.size() % 2, '\0');  // whole code units
+        lookUpPhrases(d, reinterpret_cast<const unsigned short*>(key.data()),
+                      static_cast<unsigned>(key.size() / 2));
+    }
+}
+
+void exerciseMaxent(const ws::MaxentDict& d, const std::vector<std::string>& keys) {
+    volatile unsigned sum = 0;
+    for (const std::string& k : keys) {
+        for (unsigned len : {2u, 4u}) {
+            if (k.size() < len) continue;
+            const unsigned char* r = d.match(k.data(), len);
+            for (int i = 0; i < ws::MaxentDict::kRecordSize; ++i) sum = sum + r[i];
+        }
+    }
+    for (int s : {0, ws::MaxentDict::kCodeSums - 1}) sum = sum + static_cast<unsigned>(d.codeSum(s) > 1);
+    for (unsigned i = 0; i < 4; ++i) sum = sum + d[i][0];
+}
+
 // A part-of-speech dictionary: the tag lists of the seed words, each
 // looked up as the tagger does (with property bits that reach the guesses).
 void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
@@ -121,9 +169,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ws::BaseDict base;
     if (base.loadDict(buffer, bufferSize) == 0) exerciseBase(base, keys);
 
+    ws::MaxentDict maxent;
+    if (maxent.loadDict(buffer, bufferSize) == 0) exerciseMaxent(maxent, keys);
+
     if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
         ws::WsCoreDict fromStream;
         if (size > 0 && fromStream.loadDict(f) == 0) exercise(fromStream, keys);
+        std::rewind(f);
+        ws::MaxentDict maxentStream;
+        if (size > 0 && maxentStream.loadDict(f) == 0) exerciseMaxent(maxentStream, keys);
+        std::rewind(f);
+        ws::FamilyNameDict family;
+        if (size > 0) family.loadText(f, 1.0f, 0.5f);
+        std::fclose(f);
+    }
+
+    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+        ws::PhraseDict phrases;
+        if (size > 0 && phrases.loadDict(f) == 0) exercisePhrases(phrases, keys);
         std::fclose(f);
     }
 
@@ -132,7 +195,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     int fd = -1;
     const std::string path = asFile(data, size, fd);
-    if (!path.empty()) exerciseSet(path, keys);
+    if (!path.empty()) {
+        exerciseSet(path, keys);
+        ws::PhraseDict phrases;
+        phrases.dictVersion(path.c_str());
+        if (phrases.loadDict(path.c_str()) == 0) exercisePhrases(phrases, keys);
+        ws::MaxentDict mapped;
+        if (mapped.loadDict(path.c_str()) == 0) exerciseMaxent(mapped, keys);
+        ws::FamilyNameDict family;
+        family.loadText(path.c_str(), 1.0f);
+    }
     ws::TrigramPosDict mappedPos(nullptr);
     if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);
     if (fd >= 0) close(fd);

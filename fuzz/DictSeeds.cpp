@@ -1,6 +1,7 @@
 #include "fuzz/DictSeeds.h"
 
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,6 +10,8 @@
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
+#include "ws/dict/wsMaxentDict.h"
+#include "ws/dict/wsPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
 namespace zeg_fuzz {
@@ -18,7 +21,8 @@ namespace {
 const char* const kWords[] = {"清", "清华", "清华大学", "北京", "北京大学", "大学", "学生",
                               "mp3", "5g", "b2b", "中华人民共和国"};
 
-std::string bytesOf(ws::DATDict& d) {
+template <typename Dict>
+std::string bytesOf(Dict& d) {
     std::FILE* f = std::tmpfile();
     if (f == nullptr) return std::string();
     d.writeDict(f);
@@ -56,6 +60,40 @@ std::string baseDict() {
     for (const std::string& k : seedKeys()) {
         d.add(k.data(), static_cast<unsigned>(k.size()), v);
         v += 0.25f;
+    }
+    return bytesOf(d);
+}
+
+// A phrase dictionary over the seed words: each pair of neighbours as one
+// phrase cut into the two.
+std::string phraseDict() {
+    std::string text;
+    for (size_t i = 0; i + 1 < sizeof kWords / sizeof kWords[0]; ++i)
+        text += std::string(kWords[i]) + kWords[i + 1] + " " + kWords[i] + " " + kWords[i + 1] + "\n";
+    const int in = memfd_create("phrases.txt", MFD_CLOEXEC);
+    const int out = memfd_create("phrases.dict", MFD_CLOEXEC);
+    std::string bytes;
+    ws::PhraseDict d;
+    if (in >= 0 && out >= 0 && write(in, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+        d.loadText(("/proc/self/fd/" + std::to_string(in)).c_str()) == 0 &&
+        d.writeDict(("/proc/self/fd/" + std::to_string(out)).c_str()) == 0) {
+        bytes.resize(static_cast<size_t>(lseek(out, 0, SEEK_END)));
+        if (pread(out, &bytes[0], bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) bytes.clear();
+    }
+    if (in >= 0) close(in);
+    if (out >= 0) close(out);
+    return bytes;
+}
+
+// A person-name model over the seed words' characters and pairs.
+std::string maxentDict() {
+    ws::MaxentDict d;
+    int slot = 0;
+    for (const std::string& k : seedKeys()) {
+        for (size_t len : {size_t{2}, size_t{4}}) {
+            float alpha = 0.5f + slot;
+            if (k.size() >= len) d.add(k.data(), static_cast<unsigned>(len), slot++ % 20, alpha);
+        }
     }
     return bytesOf(d);
 }
@@ -109,7 +147,8 @@ const std::vector<std::string>& seedKeys() {
 
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
-    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict()};
+    return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict(),
+            maxentDict(), "王\t12\n欧阳\t3.5\n李\n"};
 }
 
 }  // namespace zeg_fuzz

@@ -8,7 +8,8 @@ namespace zeg_fuzz {
 
 // Valid dictionary files to start from: small core dictionaries (records
 // with granularities, properties, semantic items and user values), an
-// empty one, a BaseDict and a part-of-speech dictionary.
+// empty one, a BaseDict, a part-of-speech dictionary, a phrase dictionary,
+// a person-name model and a family-name list.
 std::vector<std::string> dictSeeds();
 
 // The words the seeds hold, as UTF-16LE keys: the lookups worth trying.

@@ -91,6 +91,7 @@ ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) 
     m_commands["stopwords"] = stopwordsCommand();
     m_commands["synonyms"] = synonymsCommand();
     m_commands["reversible"] = reversibleCommand();
+    m_commands["phrase"] = phraseCommand();
     m_commands["pos-train"] = posTrainCommand();
     m_commands["pos"] = posCommand();
 }

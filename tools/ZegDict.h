@@ -54,6 +54,7 @@ ZegDictCommand synonymsCommand();
 ZegDictCommand reversibleCommand();
 ZegDictCommand posTrainCommand();  // ZegDictPos.cpp
 ZegDictCommand posCommand();       // ZegDictPos.cpp
+ZegDictCommand phraseCommand();    // ZegDictPhrase.cpp
 
 }  // namespace zeg_tools
 

@@ -8,6 +8,7 @@
 
 #include "support/DefaultData.h"
 #include "support/TempDir.h"
+#include "ws/dict/wsPhraseDict.h"
 
 namespace {
 
@@ -77,6 +78,30 @@ TEST(ZegDict, CoreReadsAPipeToTheEnd) {
     std::string line;
     std::getline(err, line);
     EXPECT_EQ(line, "zeg-dict core: /dev/stdin: 2 words");
+}
+
+// A table with an unusable line writes nothing, not a table without it.
+TEST(ZegDict, PhraseCompilesOnlyWholeTables) {
+    zeg_test::TempDir dir;
+    const std::string out = dir.file("p.dict");
+    const Outcome ok = run({"phrase", "--input", dir.write("ok.txt", "研究生命 研究 生命\n"),
+                            "--output", out});
+    EXPECT_EQ(ok.code, 0) << ok.err;
+    EXPECT_EQ(ok.err, "zeg-dict: 1 phrases\n");
+    ws::PhraseDict dict;
+    EXPECT_EQ(dict.loadDict(out.c_str()), 0);
+    testing::internal::CaptureStderr();
+    const Outcome bad = run({"phrase", "--input", dir.write("bad.txt", "研究生命 研究\n"),
+                             "--output", dir.file("q.dict")});
+    const Outcome missing = run({"phrase", "--input", dir.file("none"), "--output", out});
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(missing.err, "zeg-dict: phrase: cannot read " + dir.file("none") +
+                               ": No such file or directory\n");
+    EXPECT_EQ(bad.code, 1);
+    EXPECT_EQ(bad.err, "zeg-dict: phrase: 1 unusable lines in " + dir.file("bad.txt") +
+                           "; nothing written\n");
+    EXPECT_EQ(dir.list(), (std::vector<std::string>{"bad.txt", "ok.txt", "p.dict"}));
+    EXPECT_EQ(missing.code, 1);
 }
 
 }  // namespace

@@ -1,11 +1,14 @@
 #include "ws/core/wsInterfaceImp.h"
 
 #include <new>
+#include <utility>
 
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
+#include "ws/algo/wsPersonRecognizer.h"
 #include "ws/algo/wsOrgnizationRecognizer.h"
+#include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsEncodeConverter.h"
@@ -29,9 +32,9 @@ void growTo(std::vector<T>& v, size_t n) {
 }
 
 // Allocates without throwing; logs `failure` and returns null when memory runs out.
-template <class T>
-T* newStage(const char* failure) {
-    T* stage = new (std::nothrow) T();
+template <class T, class... Args>
+T* newStage(const char* failure, Args&&... args) {
+    T* stage = new (std::nothrow) T(std::forward<Args>(args)...);
     if (stage == nullptr) WS_IMP_ERROR("%s", failure);
     return stage;
 }
@@ -53,12 +56,13 @@ const WsSegmenterImp::StageRow WsSegmenterImp::kStages[] = {
      &WsSegmenterImp::_createNumberRecognizer},
     {"ENABLE_RULEBASED_NAME_TAGGER / ENABLE_MAXENT_PERSON_NAME_TAGGER", "person-name recogniser",
      [](const WsConfig& c) { return c.enableRuleNameTagger || c.enableMaxentPersonNameTagger; },
-     true, nullptr},
+     true, &WsSegmenterImp::_createPersonRecognizer},
     {"ENABLE_RULEBASED_ORGNIZATION_TAGGER", "organisation recogniser",
      [](const WsConfig& c) { return c.enableRuleOrgnizationTagger; }, true,
      &WsSegmenterImp::_createOrgnizationRecognizer},
     {"ENABLE_CORRECT_PHRASE", "phrase correcter",
-     [](const WsConfig& c) { return c.enableCorrectPhrase; }, false, nullptr},
+     [](const WsConfig& c) { return c.enableCorrectPhrase; }, false,
+     &WsSegmenterImp::_createPhraseCorrecter},
     {"ENABLE_POS_TAGGER", "part-of-speech tagger",
      [](const WsConfig& c) { return c.enablePosTagger == 1; }, false,
      &WsSegmenterImp::_createPosTagger},
@@ -76,6 +80,7 @@ void WsSegmenterImp::_release() {
     m_preProcessors.clear();
     m_recognizers.clear();
     m_revisers.clear();
+    m_correctPhrases.reset();
     m_tagger.reset();
     m_trigramTagger = nullptr;
     m_postProcessors.clear();
@@ -305,6 +310,21 @@ bool WsSegmenterImp::_createNumberRecognizer(const WsConfig& config) {
     return true;
 }
 
+bool WsSegmenterImp::_createPersonRecognizer(const WsConfig& config) {
+    std::unique_ptr<PersonRecognizer> names(
+        new (std::nothrow) PersonRecognizer(m_segmenter.get(), m_charFreq.get(), &m_dicts));
+    if (!names) {
+        WS_IMP_ERROR("new PersonRecognizer fail!\n");
+        return false;
+    }
+    if (!names->init(config, _bufferIndex(WS_PROPERTY_PER_ME), _bufferIndex(WS_PROPERTY_PER_RULE))) {
+        WS_IMP_ERROR("init person recognizer fail!\n");
+        return false;
+    }
+    m_recognizers.push_back(std::move(names));
+    return true;
+}
+
 bool WsSegmenterImp::_createOrgnizationRecognizer(const WsConfig& config) {
     std::unique_ptr<OrgnizationRecognizer> orgs(new (std::nothrow)
                                                     OrgnizationRecognizer(m_segmenter.get()));
@@ -317,6 +337,24 @@ bool WsSegmenterImp::_createOrgnizationRecognizer(const WsConfig& config) {
         return false;
     }
     m_recognizers.push_back(std::move(orgs));
+    return true;
+}
+
+bool WsSegmenterImp::_createPhraseCorrecter(const WsConfig& config) {
+    std::unique_ptr<CorrectPhraseDict> phrases(
+        newStage<CorrectPhraseDict>("allocate memory fail!\n"));
+    if (!phrases) return false;
+    const std::string path = config.getString("CORRECT_PHRASE_DICT", "");
+    if (phrases->loadDict(path.c_str()) != 0) {
+        WS_IMP_ERROR("load correct-phrase-dict : %s fail!\n", path.c_str());
+        return false;
+    }
+    WS_IMP_DEBUG("load correct-phrase-dict : %s success!\n", path.c_str());
+    std::unique_ptr<PhraseCorrecter> correcter(
+        newStage<PhraseCorrecter>("new PhraseCorrecter fail!\n", &m_dicts, phrases.get()));
+    if (!correcter) return false;
+    m_correctPhrases = std::move(phrases);
+    m_revisers.push_back(std::move(correcter));
     return true;
 }
 

@@ -20,6 +20,7 @@
 #include "ws/core/wsWordRecord.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/dict/wsCharFreqDict.h"
+#include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/dict/wsDictSet.h"
 
 namespace ws {
@@ -95,8 +96,10 @@ private:
     bool _createSpaceProcessor(const WsConfig& config);
     bool _createNormalizer(const WsConfig& config);
     bool _createNumberRecognizer(const WsConfig& config);
+    bool _createPersonRecognizer(const WsConfig& config);
     bool _createOrgnizationRecognizer(const WsConfig& config);
     bool _createPosTagger(const WsConfig& config);
+    bool _createPhraseCorrecter(const WsConfig& config);
     bool _loadPlugIns(const WsConfig& config);
     template <typename Stage>
     bool _loadPlugIn(const std::string& path, const char* factory,
@@ -121,6 +124,7 @@ private:
     std::vector<PlugInLibrary> m_plugIns;
     std::vector<std::unique_ptr<TextProcessor> > m_preProcessors;
     std::vector<std::unique_ptr<Recognizer> > m_recognizers;
+    std::unique_ptr<CorrectPhraseDict> m_correctPhrases;  // before the revisers that read it
     std::vector<std::unique_ptr<Reviser> > m_revisers;
     std::unique_ptr<PosTagger> m_tagger;
     TrigramPosTagger* m_trigramTagger = nullptr;  // m_tagger, for getTagId

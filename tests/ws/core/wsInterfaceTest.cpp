@@ -10,6 +10,7 @@
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugInLibrary.h"
+#include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
 using ws::WsSegmenter;
@@ -191,7 +192,7 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     const std::pair<std::string, std::string> cases[] = {
         {"SEGMENT_ALGORITHM = BEST\n", "Please specify the segment algorithm in config file"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n",
-         "ENABLE_RULEBASED_NAME_TAGGER"},
+         "init person recognizer fail!"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_ORGNIZATION_TAGGER = true\n",
          "init org recognizer fail!"},
         {"SEGMENT_ALGORITHM = UNIGRAM\nNUMERIC_RULE_FILE = " + none + "\n",
@@ -199,7 +200,8 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
         {"NUMERIC_RULE_FILE = " + none + "\n", "load number-rule-file : " + none + " fail!"},
         {"ENABLE_POS_TAGGER = 1\n", "init POS-tagger fail!"},
         {"ENABLE_POS_TAGGER = 2\n", "ENABLE_POS_TAGGER is error"},
-        {"ENABLE_CORRECT_PHRASE = true\n", "ENABLE_CORRECT_PHRASE"},
+        {"ENABLE_CORRECT_PHRASE = true\nCORRECT_PHRASE_DICT = " + none + "\n",
+         "load correct-phrase-dict : " + none + " fail!"},
         {"SEGMENT_RESULT_NUM = 2\n", "SEGMENT_RESULT_NUM = 2"},
         {"SEG_TYPE = 1\n", "SEG_TYPE = 1"},
         {"BASE_DICTIONARY = " + dir.file("none.dict") + "\n", "load dicts fail!"},
@@ -275,6 +277,15 @@ TEST_F(WsSegmenterTest, PlugInsJoinTheirStageLists) {
     EXPECT_FALSE(words[1].prop & ws::WS_PROPERTY_ORG);
 }
 
+TEST_F(WsSegmenterTest, PhraseCorrecterRecutsAfterTheSegmenter) {
+    ws::CorrectPhraseDict phrases;
+    ASSERT_EQ(phrases.loadText(dir.write("phrases.txt", "北京大学生 北京 大学生\n").c_str()), 0);
+    ASSERT_EQ(phrases.writeDict(dir.file("phrases.dict").c_str()), 0);
+    ASSERT_TRUE(seg.init(config("ENABLE_CORRECT_PHRASE = true\nCORRECT_PHRASE_DICT = " +
+                                dir.file("phrases.dict") + "\n").c_str()));
+    EXPECT_EQ(text("北京大学生在北京大学"), "北京 大学生 在 北京大学 ");
+}
+
 TEST_F(WsSegmenterTest, TaggerStageAddsTagsToTheTextOutput) {
     const char* const files[][2] = {{"tags", "n\nns\nnt\nv\n"},
                                     {"freq", "50 n\n10 ns\n10 nt\n30 v\n"},
@@ -344,6 +355,18 @@ TEST_F(WsSegmenterTest, UnigramTakesTheMostProbableCut) {
     const size_t before = zeg_test::allocationCount();
     ASSERT_TRUE(seg.segment(s.data(), static_cast<unsigned>(s.size()), results));
     EXPECT_EQ(zeg_test::allocationCount(), before);
+}
+
+TEST_F(WsSegmenterTest, RecognisedNamesEnterTheLatticeAsNames) {
+    ASSERT_TRUE(seg.init(config("SEGMENT_ALGORITHM = UNIGRAM\nENABLE_RULEBASED_NAME_TAGGER = true\n"
+                                "RULEBASED_NAME_THRESHOLD = 5\nCHN_FAMILY_NAME_DICT = " +
+                                dir.write("family.txt", "王\t500\n") + "\nCHN_GIVEN_NAME_DICT = " +
+                                dir.write("given.txt", "小\n明\n") + "\nOUT_TYPE = 1\n")
+                             .c_str()));
+    const std::string s = "王小明北京";
+    const char* out = seg.segment(s.data(), static_cast<unsigned>(s.size()), 1);
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(std::string(out), "王小明[|/NR |] 北京[|/ns@100.0 |] ");
 }
 
 TEST_F(WsSegmenterTest, UnigramWithoutTheNumericRecogniserSplitsNumbers) {
