@@ -27,6 +27,7 @@ const Tool kTools[] = {
     {"zeg-segment", ZEG_SEGMENT_TOOL, ZEG_SEGMENTER_CONFIG,
      std::string("--config ") + ZEG_SEGMENTER_CONFIG},
     {"zeg-dict", ZEG_DICT_TOOL, "", "--help"},
+    {"zeg-person", ZEG_PERSON_TOOL, "", "--help"},
 };
 
 void PrintTo(const Tool& tool, std::ostream* os) { *os << tool.name; }
