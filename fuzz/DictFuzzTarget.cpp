@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "fuzz/DictSeeds.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsDictSet.h"
@@ -172,22 +173,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     ws::MaxentDict maxent;
     if (maxent.loadDict(buffer, bufferSize) == 0) exerciseMaxent(maxent, keys);
 
-    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+    if (ws::File f{fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")}) {
         ws::WsCoreDict fromStream;
-        if (size > 0 && fromStream.loadDict(f) == 0) exercise(fromStream, keys);
-        std::rewind(f);
+        if (size > 0 && fromStream.loadDict(f.get()) == 0) exercise(fromStream, keys);
+        std::rewind(f.get());
         ws::MaxentDict maxentStream;
-        if (size > 0 && maxentStream.loadDict(f) == 0) exerciseMaxent(maxentStream, keys);
-        std::rewind(f);
+        if (size > 0 && maxentStream.loadDict(f.get()) == 0) exerciseMaxent(maxentStream, keys);
+        std::rewind(f.get());
         ws::FamilyNameDict family;
-        if (size > 0) family.loadText(f, 1.0f, 0.5f);
-        std::fclose(f);
+        if (size > 0) family.loadText(f.get(), 1.0f, 0.5f);
     }
 
-    if (std::FILE* f = fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")) {
+    if (ws::File f{fmemopen(const_cast<char*>(buffer), size > 0 ? size : 1, "rb")}) {
         ws::PhraseDict phrases;
-        if (size > 0 && phrases.loadDict(f) == 0) exercisePhrases(phrases, keys);
-        std::fclose(f);
+        if (size > 0 && phrases.loadDict(f.get()) == 0) exercisePhrases(phrases, keys);
     }
 
     ws::TrigramPosDict pos(nullptr);

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/dict/wsCoreDict.h"
 #include "ws/dict/wsMaxentDict.h"
@@ -23,13 +24,12 @@ const char* const kWords[] = {"清", "清华", "清华大学", "北京", "北京
 
 template <typename Dict>
 std::string bytesOf(Dict& d) {
-    std::FILE* f = std::tmpfile();
-    if (f == nullptr) return std::string();
-    d.writeDict(f);
-    std::string out(static_cast<size_t>(std::ftell(f)), '\0');
-    std::rewind(f);
-    if (!out.empty() && std::fread(&out[0], 1, out.size(), f) != out.size()) out.clear();
-    std::fclose(f);
+    ws::File f(std::tmpfile());
+    if (!f) return std::string();
+    d.writeDict(f.get());
+    std::string out(static_cast<size_t>(std::ftell(f.get())), '\0');
+    std::rewind(f.get());
+    if (!out.empty() && std::fread(&out[0], 1, out.size(), f.get()) != out.size()) out.clear();
     return out;
 }
 

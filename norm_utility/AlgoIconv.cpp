@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "ws/core/wsBufferGrowth.h"
+
 namespace norm_utility {
 
 namespace {
@@ -60,7 +62,7 @@ void AlgoIconv::close() {
 int AlgoIconv::conv(const void* input, int length, std::vector<char>& output) {
     if (input == nullptr || length < 0) length = 0;
     const std::size_t required = 2 * static_cast<std::size_t>(length) + 1;
-    if (output.size() < required) output.resize(required, 0);
+    ws::growTo(output, required);
 
     char* in = static_cast<char*>(const_cast<void*>(input));
     std::size_t inLeft = static_cast<std::size_t>(length);

@@ -1,46 +1,27 @@
 #include "norm_utility/StdioFile.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 
 namespace norm_utility {
 
-StdioFile::~StdioFile() { close(); }
-
 bool StdioFile::open(const char* path) {
-    close();
-    if (path == nullptr) {
-        errno = ENOENT;
-        return false;
-    }
-    std::FILE* f = std::fopen(path, "r");
-    if (f == nullptr) return false;
-    struct stat st;
-    if (fstat(fileno(f), &st) == 0 && S_ISDIR(st.st_mode)) {
-        std::fclose(f);
-        errno = EISDIR;
-        return false;
-    }
-    m_file = f;
-    return true;
+    if (!m_file.open(path, "r")) return false;
+    if (m_file.type() != S_IFDIR) return true;
+    m_file.close();
+    errno = EISDIR;
+    return false;
 }
 
-void StdioFile::close() {
-    if (m_file != nullptr) {
-        std::fclose(m_file);
-        m_file = nullptr;
-    }
-}
+void StdioFile::close() { m_file.close(); }
 
 bool StdioFile::readLine(char* buf, int size) {
-    return m_file != nullptr && std::fgets(buf, size, m_file) != nullptr;
+    return m_file && std::fgets(buf, size, m_file.get()) != nullptr;
 }
 
 std::size_t StdioFile::read(char* buf, std::size_t size) {
-    return m_file == nullptr ? 0 : std::fread(buf, 1, size, m_file);
+    return m_file ? std::fread(buf, 1, size, m_file.get()) : 0;
 }
 
-bool StdioFile::failed() const { return m_file != nullptr && std::ferror(m_file) != 0; }
+bool StdioFile::failed() const { return m_file && std::ferror(m_file.get()) != 0; }
 
 }  // namespace norm_utility

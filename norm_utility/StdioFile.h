@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdio>
 
+#include "ws/core/wsFile.h"
+
 namespace norm_utility {
 
 // Owns one FILE* opened for reading; closes it on destruction. Not copyable.
@@ -13,14 +15,13 @@ namespace norm_utility {
 class StdioFile {
 public:
     StdioFile() = default;
-    ~StdioFile();
     StdioFile(const StdioFile&) = delete;
     StdioFile& operator=(const StdioFile&) = delete;
 
     // Opens `path` for reading in text mode. False (errno set) on failure.
     bool open(const char* path);
     void close();
-    bool isOpen() const { return m_file != nullptr; }
+    bool isOpen() const { return m_file.isOpen(); }
 
     // fgets semantics: reads at most size - 1 bytes up to and including a
     // line feed, NUL-terminates. Returns false at end of file or on error.
@@ -33,7 +34,7 @@ public:
     bool failed() const;
 
 private:
-    std::FILE* m_file = nullptr;
+    ws::File m_file;
 };
 
 }  // namespace norm_utility

@@ -1,6 +1,7 @@
 #include "normalize/nmSegment.h"
 
 #include "norm_utility/ErrorLine.h"
+#include "ws/core/wsBufferGrowth.h"
 
 namespace normalize {
 
@@ -10,7 +11,7 @@ using norm_utility::writeErrorLine;
 // sign (0x80) takes three in UTF-8: with less room the result would be cut,
 // and by how much would depend on what earlier calls left in the buffer.
 void reserveForUtf8(std::vector<char>& buffer, std::size_t length) {
-    if (buffer.size() < 3 * length + 1) buffer.resize(3 * length + 1);
+    ws::growTo(buffer, 3 * length + 1);
 }
 
 nmSegment::nmSegment() = default;

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <random>
 
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 #include "ws/algo/wsMEPersonNameTagger.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsMaxentDict.h"
@@ -189,7 +189,7 @@ private:
 long countLines(const std::string& path) {
     InputFile in(path);
     if (in.fd() < 0) return -1;
-    LineReader reader(in.fd(), 1);
+    FdLineReader reader(in.fd(), 1);
     std::string line;
     bool cut = false;
     long n = 0;
@@ -203,7 +203,7 @@ bool PersonNameTrainer::readFile(const std::string& path, bool pfr, long skipTai
     const long total = skipTail > 0 ? countLines(path) : 0;
     InputFile in(path);
     if (in.fd() < 0 || total < 0) return fail("cannot read " + path);
-    LineReader reader(in.fd(), kMaxLine);
+    FdLineReader reader(in.fd(), kMaxLine);
     std::string line;
     bool cut = false;
     Sentence s;

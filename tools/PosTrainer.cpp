@@ -8,7 +8,7 @@
 #include <fstream>
 
 #include "tools/AtomicFile.h"
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 
 namespace zeg_tools {
 
@@ -86,7 +86,7 @@ bool PosTrainer::addFile(const std::string& path, std::string& error) {
         error = path + ": " + std::strerror(errno);
         return false;
     }
-    LineReader reader(fd, kMaxLine);
+    FdLineReader reader(fd, kMaxLine);
     std::string line;
     bool cut = false;
     while (reader.next(line, cut)) {

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "tools/AtomicFile.h"
+#include "ws/core/wsFile.h"
 
 namespace zeg_tools {
 
@@ -103,13 +104,13 @@ std::string PropertyTable::text() const {
 bool PropertyTable::write(const std::string& path, std::string& error) const {
     AtomicFile file(path);
     const std::string body = text();
-    std::FILE* f = std::fopen(file.tempPath().c_str(), "wb");
-    if (f == nullptr) {
+    ws::File f;
+    if (!f.open(file.tempPath().c_str(), "wb")) {
         error = path + ": " + std::strerror(errno);
         return false;
     }
-    const bool written = std::fwrite(body.data(), 1, body.size(), f) == body.size();
-    if (std::fclose(f) != 0 || !written) {
+    const bool written = std::fwrite(body.data(), 1, body.size(), f.get()) == body.size();
+    if (f.close() != 0 || !written) {
         error = path + ": write error";
         return false;
     }

@@ -19,7 +19,7 @@
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
 #include "tools/JavaText.h"
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 
 namespace {
 
@@ -125,7 +125,7 @@ int run(const Options& options) {
 
     const bool terminal = isatty(STDERR_FILENO) != 0;
     Progress progress(options.progress || terminal, terminal);
-    zeg_tools::LineReader reader(STDIN_FILENO, normalize::kQueryLimitBytes);
+    zeg_tools::FdLineReader reader(STDIN_FILENO, normalize::kQueryLimitBytes);
     std::string line, out;
     bool cut = false;
     while (reader.next(line, cut)) {

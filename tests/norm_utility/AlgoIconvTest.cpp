@@ -19,30 +19,19 @@ std::string convert(const char* from, const char* to, const std::string& in) {
     return std::string(out.data(), static_cast<std::size_t>(n));
 }
 
-TEST(AlgoIconvConv, ConvertsBetweenUtf8AndGbk) {
-    EXPECT_EQ(convert("utf-8", "gbk", "\xE4\xB8\xAD\xE6\x96\x87 ok"), "\xD6\xD0\xCE\xC4 ok");
-    EXPECT_EQ(convert("gbk", "utf-8", "\xD6\xD0\xCE\xC4 ok"), "\xE4\xB8\xAD\xE6\x96\x87 ok");
-}
-
-TEST(AlgoIconvConv, SkipsUndecodableBytesOneAtATime) {
-    EXPECT_EQ(convert("utf-8", "gbk", "a\xFF" "b"), "ab");
-    EXPECT_EQ(convert("utf-8", "gbk", "\xFF\xFE\xE4\xB8\xAD\xFF"), "\xD6\xD0");
-    EXPECT_EQ(convert("utf-8", "gbk", "ab\xE4\xB8"), "ab");  // trailing incomplete sequence
-    EXPECT_EQ(convert("gbk", "utf-8", "a\x81"), "a");
-    // A character GBK lacks is dropped byte by byte: its bytes are invalid
-    // one at a time too.
-    EXPECT_EQ(convert("utf-8", "gbk", "x\xF0\x9F\x98\x80y"), "xy");
-}
-
-TEST(AlgoIconvConv, EmptyInputWritesOnlyTheZeroByte) {
-    AlgoIconv cd;
-    ASSERT_EQ(cd.open("utf-8", "gbk"), 0);
-    std::vector<char> out;
-    EXPECT_EQ(cd.conv("", 0, out), 0);
-    ASSERT_EQ(out.size(), 1u);
-    EXPECT_EQ(out[0], 0);
-    EXPECT_EQ(cd.conv(nullptr, 5, out), 0);
-    EXPECT_EQ(cd.conv("abc", -1, out), 0);
+// Undecodable bytes are skipped one at a time: a character GBK lacks, or
+// a sequence cut by the end, goes byte by byte.
+TEST(AlgoIconvConv, ConvertsAndSkipsUndecodableBytes) {
+    const char* const cases[][4] = {
+        {"utf-8", "gbk", "\xE4\xB8\xAD\xE6\x96\x87 ok", "\xD6\xD0\xCE\xC4 ok"},
+        {"gbk", "utf-8", "\xD6\xD0\xCE\xC4 ok", "\xE4\xB8\xAD\xE6\x96\x87 ok"},
+        {"utf-8", "gbk", "a\xFF" "b", "ab"},
+        {"utf-8", "gbk", "\xFF\xFE\xE4\xB8\xAD\xFF", "\xD6\xD0"},
+        {"utf-8", "gbk", "ab\xE4\xB8", "ab"},
+        {"gbk", "utf-8", "a\x81", "a"},
+        {"utf-8", "gbk", "x\xF0\x9F\x98\x80y", "xy"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(convert(c[0], c[1], c[2]), c[3]) << c[2];
 }
 
 TEST(AlgoIconvConv, OutputGrowsToTwiceTheInputPlusOneAndNeverShrinks) {
@@ -130,40 +119,34 @@ TEST(AlgoIconvConvCharset, ConvertsInOneCall) {
     }
 }
 
-TEST(AlgoIconvConvCharset, UnknownCharsetGivesMinusOne) {
-    char* raw = reinterpret_cast<char*>(1);
-    int outLength = 0;
-    EXPECT_EQ(AlgoIconv::convCharset("utf-8", "no-such", "abc", 3, &raw, &outLength), -1);
-    EXPECT_EQ(raw, nullptr);
-    EXPECT_EQ(outLength, -1);
-}
-
-TEST(AlgoIconvDetect, IsUTF8GuessesFromTheShareOfMultibyteBytes) {
-    EXPECT_FALSE(AlgoIconv::IsUTF8(""));
-    EXPECT_FALSE(AlgoIconv::IsUTF8("abc"));
-    EXPECT_TRUE(AlgoIconv::IsUTF8("\xE4\xB8\xAD\xE6\x96\x87\xE5\xAD\x97"));
-    EXPECT_TRUE(AlgoIconv::IsUTF8("x\xC3\xFF"));          // trail byte of a pair is not checked
-    EXPECT_FALSE(AlgoIconv::IsUTF8("\xD6\xD0\xCE\xC4\xB0"));  // GBK: 4 of 5 -> 80
-    // 32 good bytes of 33 non-ASCII: 96 percent, passes only because the
-    // multibyte count is over 30.
-    std::string mostly;
+// IsUTF8 guesses from the share of good multibyte bytes (the trail byte of
+// a pair is not checked); isUTF8 walks strictly and refuses two-byte
+// characters.
+TEST(AlgoIconvDetect, GuessAndStrictWalk) {
+    std::string mostly;  // 32 good of 33: passes only as the count is over 30
     for (int i = 0; i < 16; ++i) mostly += "\xC3\xA9";
-    EXPECT_TRUE(AlgoIconv::IsUTF8(mostly + "\xFF"));
-    EXPECT_FALSE(AlgoIconv::IsUTF8("\xC3\xA9\xC3\xA9\xFF"));
-}
-
-TEST(AlgoIconvDetect, IsUtf8WalksStrictlyAndRejectsTwoByteCharacters) {
-    EXPECT_TRUE(AlgoIconv::isUTF8(""));
-    EXPECT_TRUE(AlgoIconv::isUTF8("abc"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xC3\xA9"));
-    EXPECT_TRUE(AlgoIconv::isUTF8("\xE4\xB8\xAD"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xE4"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xE4\xB8"));
-    EXPECT_TRUE(AlgoIconv::isUTF8("a\xF0\x9F\x98\x80z"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xF0\x9F\x98"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xC3"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\x80"));
-    EXPECT_FALSE(AlgoIconv::isUTF8("\xF8\x80\x80\x80"));
+    const struct {
+        std::string text;
+        bool guess, strict;
+    } cases[] = {
+        {"", false, true},
+        {"abc", false, true},
+        {"\xE4\xB8\xAD\xE6\x96\x87\xE5\xAD\x97", true, true},
+        {"x\xC3\xFF", true, false},
+        {"\xD6\xD0\xCE\xC4\xB0", false, false},  // GBK: 4 of 5 is 80 percent
+        {mostly + "\xFF", true, false},
+        {"\xC3\xA9\xC3\xA9\xFF", false, false},
+        {"\xC3\xA9", true, false},
+        {"\xE4\xB8", false, false},
+        {"a\xF0\x9F\x98\x80z", false, true},
+        {"\xF0\x9F\x98", false, false},
+        {"\x80", false, false},
+        {"\xF8\x80\x80\x80", false, false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(AlgoIconv::IsUTF8(c.text), c.guess) << c.text;
+        EXPECT_EQ(AlgoIconv::isUTF8(c.text), c.strict) << c.text;
+    }
 }
 
 }  // namespace

@@ -51,31 +51,6 @@ TEST_F(FileConfigurationTest, KeepsValueBytesVerbatim) {
     EXPECT_EQ(c.getValue("S", "BLANKS"), "");
 }
 
-TEST_F(FileConfigurationTest, FirstOccurrenceOfARepeatedOptionWins) {
-    FileConfiguration& c = load("[S]\nK=first\nK=second\n[S]\nK=third\n");
-    EXPECT_EQ(c.getValue("S", "K"), "first");
-}
-
-TEST_F(FileConfigurationTest, OptionsBeforeAnySectionAreUnreachable) {
-    load("K=bare\n[S]\nK=in-section\n");
-    EXPECT_EQ(config->getValue("S", "K"), "in-section");
-    EXPECT_EQ(missedMessage("", "K"), "[]K is missed in configuration file.");
-    EXPECT_EQ(missedMessage(nullptr, "K"), "[]K is missed in configuration file.");
-}
-
-TEST_F(FileConfigurationTest, UnclosedHeaderLeavesTheSectionAsItWas) {
-    FileConfiguration& c = load("[A]\n[B\nK=1\n[C] trailing text\nK=2\n");
-    EXPECT_EQ(c.getValue("A", "K"), "1");
-    EXPECT_EQ(c.getValue("C", "K"), "2");
-    EXPECT_EQ(missedMessage("B", "K"), "[B]K is missed in configuration file.");
-}
-
-TEST_F(FileConfigurationTest, SectionNameKeepsInnerBlanks) {
-    FileConfiguration& c = load("[ S ]\nK=1\n");
-    EXPECT_EQ(c.getValue(" S ", "K"), "1");
-    EXPECT_EQ(missedMessage("S", "K"), "[S]K is missed in configuration file.");
-}
-
 TEST_F(FileConfigurationTest, DefaultsAnswerOnlyWhereTheFileIsSilent) {
     FileConfiguration& c = load("[SERVER]\nA=file\n");
     c.setDefaultValue("SERVER", "A", "default-a");
@@ -140,23 +115,6 @@ TEST_F(FileConfigurationTest, OverlongLineIsParsedInPieces) {
     EXPECT_EQ(c.getValue("S", "Z"), "9");
 }
 
-TEST_F(FileConfigurationTest, NulByteEndsTheLineItIsIn) {
-    FileConfiguration& c = load(std::string("[S]\nA=1\0B=2\nC=3\n", 16));
-    EXPECT_EQ(c.getValue("S", "A"), "1");
-    EXPECT_EQ(c.getValue("S", "C"), "3");
-    EXPECT_EQ(missedMessage("S", "B"), "[S]B is missed in configuration file.");
-}
-
-TEST_F(FileConfigurationTest, EmptyAndBinaryFilesLoadWithoutHarm) {
-    load("");
-    EXPECT_EQ(missedMessage("S", "K"), "[S]K is missed in configuration file.");
-    std::mt19937 rng(testing::UnitTest::GetInstance()->random_seed());
-    std::string noise(100000, '\0');
-    for (char& ch : noise) ch = static_cast<char>(rng());
-    load("[S]\nK=1\n" + noise);
-    EXPECT_EQ(config->getValue("S", "K"), "1");
-}
-
 struct PairCase {
     const char* line;
     bool isPair;
@@ -194,10 +152,5 @@ INSTANTIATE_TEST_SUITE_P(
                       PairCase{"=K=V\n", true, "=K", "V", "[OLD]"},
                       PairCase{"K=V\rjunk\n", true, "K", "V", "[OLD]"},
                       PairCase{"\xD6\xD0=\xCE\xC4\n", true, "\xD6\xD0", "\xCE\xC4", "[OLD]"}));
-
-TEST(GetPairs, NullLineIsNotAPair) {
-    std::string section, key, value;
-    EXPECT_FALSE(FileConfiguration::getPairs(nullptr, section, key, value));
-}
 
 }  // namespace

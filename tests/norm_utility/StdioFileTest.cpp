@@ -36,12 +36,4 @@ TEST(StdioFile, ReadsLinesInPiecesOfTheBufferSize) {
     EXPECT_FALSE(f.failed());
 }
 
-TEST(StdioFile, ClosedFileReadsNothing) {
-    StdioFile f;
-    char buf[4];
-    EXPECT_FALSE(f.readLine(buf, sizeof buf));
-    EXPECT_EQ(f.read(buf, sizeof buf), 0u);
-    EXPECT_FALSE(f.failed());
-}
-
 }  // namespace

@@ -42,25 +42,4 @@ TEST(CNormHashtableTest, OnlyAsciiCaseIsIgnored) {
     EXPECT_NE(CNormHashtable::hashString("\xE9", 0), CNormHashtable::hashString("\xC9", 0));
 }
 
-TEST(CNormHashtableTest, GbkWordsSpreadOverBothHashes) {
-    const char* const words[] = {"北京", "大学", "软件", "下载", "手机", "价格", "的", "a", "b"};
-    std::set<unsigned int> first, second;
-    for (const char* word : words) {
-        const std::string w = zeg_test::gbk(word);
-        first.insert(CNormHashtable::hashString(w.c_str(), 0));
-        second.insert(CNormHashtable::hashString(w.c_str(), 1));
-        EXPECT_NE(CNormHashtable::hashString(w.c_str(), 0),
-                  CNormHashtable::hashString(w.c_str(), 1));
-    }
-    EXPECT_EQ(first.size(), std::size(words));
-    EXPECT_EQ(second.size(), std::size(words));
-}
-
-TEST(CNormHashtableTest, LargeHashTypesStayInsideTheTable) {
-    EXPECT_EQ(CNormHashtable::hashString("abc", 5), CNormHashtable::hashString("abc", 0));
-    EXPECT_EQ(CNormHashtable::hashString("\xFF\xFF", 0xFFFFFFFF),
-              CNormHashtable::hashString("\xFF\xFF", 0xFFFFFFFFu % 5));
-    EXPECT_EQ(CNormHashtable::cryptTableEntry(1280), CNormHashtable::cryptTableEntry(0));
-}
-
 }  // namespace

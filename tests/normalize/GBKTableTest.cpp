@@ -50,22 +50,6 @@ TEST(GBKTableTest, KnownCells) {
     EXPECT_EQ(cell(0xFE50), 0xA1F5u);  // assigned only after GBK
 }
 
-TEST(GBKTableTest, ColumnSevenFHoldsOnlyBoxes) {
-    for (unsigned b1 = 0x81; b1 <= 0xFE; ++b1) EXPECT_EQ(cell(b1 * 256 + 0x7F), 0xA1F5u) << b1;
-}
-
-TEST(GBKTableTest, FullWidthRowIsLeftToTranslate) {
-    for (unsigned b2 = 0xA1; b2 <= 0xFE; ++b2) EXPECT_EQ(cell(0xA300 + b2), 0xA300 + b2);
-}
-
-TEST(GBKTableTest, ExactlyTwoZeroLedCells) {
-    std::map<unsigned, unsigned> zeroLed;
-    forEachPair([&](unsigned code) {
-        if (cell(code) < 0x100) zeroLed[code] = cell(code);
-    });
-    EXPECT_EQ(zeroLed, (std::map<unsigned, unsigned>{{0xA1AB, '~'}, {0xA1E7, '$'}}));
-}
-
 TEST(GBKTableTest, SimplifiedFormsStayAsTheyAre) {
     // Translating twice must give what translating once gives.
     forEachPair([](unsigned code) {

@@ -32,20 +32,12 @@ const std::string kBox = "\xA1\xF5";         // □
 
 TEST(GBKClassifiersTest, Boundaries) {
     using namespace normalize;
-    EXPECT_FALSE(isGBK1(0x80));
-    EXPECT_TRUE(isGBK1(0x81));
-    EXPECT_TRUE(isGBK1(0xFD));
-    EXPECT_FALSE(isGBK1(0xFE));
-    EXPECT_FALSE(isGBK2(0x3F));
-    EXPECT_TRUE(isGBK2(0x40));
-    EXPECT_FALSE(isGBK2(0x7F));
-    EXPECT_TRUE(isGBK2(0x80));
-    EXPECT_TRUE(isGBK2(0xFE));
-    EXPECT_FALSE(isGBK2(0xFF));
-    EXPECT_FALSE(isChineseCharacter(0xA3, 0xA0));
-    EXPECT_TRUE(isChineseCharacter(0xA3, 0xA1));
-    EXPECT_TRUE(isChineseCharacter(0xA3, 0xFE));
-    EXPECT_FALSE(isChineseCharacter(0xA3, 0xFF));
+    for (int c : {0x81, 0xFD}) EXPECT_TRUE(isGBK1(c)) << c;
+    for (int c : {0x80, 0xFE}) EXPECT_FALSE(isGBK1(c)) << c;
+    for (int c : {0x40, 0x80, 0xFE}) EXPECT_TRUE(isGBK2(c)) << c;
+    for (int c : {0x3F, 0x7F, 0xFF}) EXPECT_FALSE(isGBK2(c)) << c;
+    for (int c : {0xA1, 0xFE}) EXPECT_TRUE(isChineseCharacter(0xA3, c)) << c;
+    for (int c : {0xA0, 0xFF}) EXPECT_FALSE(isChineseCharacter(0xA3, c)) << c;
     EXPECT_FALSE(isChineseCharacter(0xA2, 0xC1));
     EXPECT_TRUE(isChineseSpace(0xA1, 0xA1));
     EXPECT_FALSE(isChineseSpace(0xA1, 0xA2));
@@ -57,58 +49,45 @@ protected:
     ~TranslateTest() override { gStopWords.clear(); }
 };
 
-TEST_F(TranslateTest, FullWidthLettersTakeTheCaseBits) {
+// Mode bits: 2 upper case, 4 lower case, 8 full width to half, 16
+// traditional to simplified, 32 stop characters to spaces.
+TEST_F(TranslateTest, EachModeBitAsDocumented) {
     const std::string letters = kFullA + kFullB + kFullSmallC;
-    EXPECT_EQ(Translate(letters, 8), "ABc");
-    EXPECT_EQ(Translate(letters, 8 | 4), "abc");
-    EXPECT_EQ(Translate(letters, 8 | 2), "ABC");
-    EXPECT_EQ(Translate(letters, 8 | 4 | 2), "abc");
-    EXPECT_EQ(Translate(letters, 16 | 4 | 2), letters);
-}
-
-TEST_F(TranslateTest, FullWidthRowKeepsOnlySevenBits) {
-    // ￥ (0xA3A4) and ￣ (0xA3FE) fold to the ASCII bytes of their position.
-    EXPECT_EQ(Translate("\xA3\xA4\xA3\xFE\xA3\xB1", 8), "$~1");
-}
-
-TEST_F(TranslateTest, IdeographicSpaceOnlyWithFullToHalf) {
-    EXPECT_EQ(Translate(kWo + kIdeographicSpace + kShu, 8), kWo + " " + kShu);
-    EXPECT_EQ(Translate(kIdeographicSpace, 16 | 4 | 2), kIdeographicSpace);
-}
-
-TEST_F(TranslateTest, TraditionalBecomesSimplified) {
-    EXPECT_EQ(Translate(kDiu + kLao + kYu + kA, 16), kDiuSimple + kLaoSimple + kYuSimple + kA);
-    EXPECT_EQ(Translate(kDiu + kLao + kYu, 8 | 4 | 2), kDiu + kLao + kYu);
-}
-
-TEST_F(TranslateTest, ZeroLedCellsNeedFullToHalf) {
-    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 16), kFullTilde + kFullDollar);
-    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 16 | 8), "~$");
-    EXPECT_EQ(Translate(kFullTilde + kFullDollar, 8), "~$");
-}
-
-TEST_F(TranslateTest, CaseBitsLeaveDoubleByteCharactersAlone) {
-    // 0xB061 is one character whose trail byte is 'a'.
-    EXPECT_EQ(Translate("x\xB0\x61y", 2), "X\xB0\x61Y");
-    EXPECT_EQ(Translate("X\xB0\x41Y", 4), "x\xB0\x41y");
-}
-
-TEST_F(TranslateTest, BadTrailBytesAreSingleBytes) {
-    // 0x7F is no trail byte, so 0x81 stands alone and the next pair still counts.
-    EXPECT_EQ(Translate("\x81\x7F" + kDiu, 16), "\x81\x7F" + kDiuSimple);
-    EXPECT_EQ(Translate("\x81\x7F" "a", 16 | 2), "\x81\x7F" "A");
-    EXPECT_EQ(Translate("a\x81", 2), "A\x81");
-}
-
-TEST_F(TranslateTest, UnassignedPairsBecomeBoxes) {
-    EXPECT_EQ(Translate("\xA3\xA0", 16), kBox);
-    EXPECT_EQ(Translate("\xA3\xA0", 8 | 4 | 2), "\xA3\xA0");
-}
-
-TEST_F(TranslateTest, LeadByteFEIsTwoSingleBytes) {
-    // As a pair 0xFE61 would be kept whole; byte by byte the 'a' is folded.
-    EXPECT_EQ(Translate("\xFE\x61", 16 | 2), "\xFE\x41");
-    EXPECT_EQ(Translate("\xFE\x40", 16), "\xFE\x40");
+    const std::string zeroLed = kFullTilde + kFullDollar;
+    struct Case {
+        std::string in;
+        int mode;
+        std::string out;
+    };
+    const Case cases[] = {
+        {letters, 8, "ABc"},
+        {letters, 8 | 4, "abc"},
+        {letters, 8 | 2, "ABC"},
+        {letters, 8 | 4 | 2, "abc"},
+        {letters, 16 | 4 | 2, letters},
+        {"@AZ[`az{", 4, "@az[`az{"},  // ASCII letters only, both ends
+        {"@AZ[`az{", 2, "@AZ[`AZ{"},
+        {"\xA3\xA4\xA3\xFE\xA3\xB1", 8, "$~1"},  // the row keeps seven bits
+        {kWo + kIdeographicSpace + kShu, 8, kWo + " " + kShu},
+        {kIdeographicSpace, 16 | 4 | 2, kIdeographicSpace},
+        {kDiu + kLao + kYu + kA, 16, kDiuSimple + kLaoSimple + kYuSimple + kA},
+        {kDiu + kLao + kYu, 8 | 4 | 2, kDiu + kLao + kYu},
+        {zeroLed, 16, zeroLed},  // zero-led cells need full to half
+        {zeroLed, 16 | 8, "~$"},
+        {zeroLed, 8, "~$"},
+        {"x\xB0\x61y", 2, "X\xB0\x61Y"},  // a trail byte 'a' is no letter
+        {"X\xB0\x41Y", 4, "x\xB0\x41y"},
+        {"\x81\x7F" + kDiu, 16, "\x81\x7F" + kDiuSimple},  // 0x7F is no trail byte
+        {"\x81\x7F" "a", 16 | 2, "\x81\x7F" "A"},
+        {"a\x81", 2, "A\x81"},
+        {"\xA3\xA0", 16, kBox},  // unassigned pairs
+        {"\xA3\xA0", 8 | 4 | 2, "\xA3\xA0"},
+        {"\xFE\x61", 16 | 2, "\xFE\x41"},  // lead 0xFE: two single bytes
+        {"\xFE\x40", 16, "\xFE\x40"},
+        {std::string("ab\0cd", 5), 0, "ab"},
+        {"", 62, ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(Translate(c.in, c.mode), c.out) << c.mode << " " << c.in;
 }
 
 TEST_F(TranslateTest, StopCharactersBecomeOneSpaceEach) {
@@ -118,15 +97,11 @@ TEST_F(TranslateTest, StopCharactersBecomeOneSpaceEach) {
     EXPECT_EQ(Translate(kWo + kDe, 16), kWo + kDe);
 }
 
-TEST_F(TranslateTest, StopWordsMatchTheTranslatedCharacter) {
-    gStopWords = {kDiuSimple, "a"};
+TEST_F(TranslateTest, StopWordsMatchTheTranslatedCharacterOnly) {
+    gStopWords = {kDiuSimple, "a", kWo + kDe, "ab"};
     EXPECT_EQ(Translate(kDiu + kFullA, 32 | 16 | 8 | 4), "  ");
     EXPECT_EQ(Translate(kDiu + kFullA, 32), kDiu + kFullA);
-}
-
-TEST_F(TranslateTest, LongerStopWordsNeverMatch) {
-    gStopWords = {kWo + kDe, "ab"};
-    EXPECT_EQ(Translate(kWo + kDe + "ab", 32), kWo + kDe + "ab");
+    EXPECT_EQ(Translate(kWo + kDe + "b", 32), kWo + kDe + "b");  // longer words never match
 }
 
 TEST_F(TranslateTest, ShortAndLongQueriesAgainstLongAndShortStopLists) {
@@ -141,11 +116,6 @@ TEST_F(TranslateTest, ShortAndLongQueriesAgainstLongAndShortStopLists) {
     std::string longQuery, longExpected;
     for (int k = 0; k < 400; ++k) longQuery += query, longExpected += expected;
     EXPECT_EQ(Translate(longQuery, 32 | 8 | 4), longExpected);
-}
-
-TEST_F(TranslateTest, StopsAtTheFirstZeroByte) {
-    EXPECT_EQ(Translate(std::string("ab\0cd", 5), 0), "ab");
-    EXPECT_EQ(Translate("", 62), "");
 }
 
 TEST_F(TranslateTest, ModeZeroAndUnusedBitsChangeNothing) {

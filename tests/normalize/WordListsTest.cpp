@@ -52,11 +52,6 @@ TEST_F(WordListsTest, StopWordsAccumulateWithoutDuplicates) {
     EXPECT_EQ(gStopWords, (Words{"a", "b", "c"}));
 }
 
-TEST_F(WordListsTest, StopWordsKeepEveryNonBlankByte) {
-    ASSERT_TRUE(loadStopFile(dir.write("nul.txt", std::string("x\0y z", 5))));
-    EXPECT_EQ(gStopWords, (Words{std::string("x\0y", 3), "z"}));
-}
-
 TEST_F(WordListsTest, UnopenableStopFileFailsSilently) {
     testing::internal::CaptureStderr();
     EXPECT_FALSE(loadStopFile(dir.file("absent.txt")));
@@ -87,11 +82,6 @@ TEST_F(WordListsTest, OverlongSynonymLineIsReadInPieces) {
     const std::string word(1021, 'w');  // word, 0x01, "x" fill one 1023-byte piece
     ASSERT_TRUE(loadSynonyms(word + "\x01xy\x01z\n"));
     EXPECT_EQ(gSynonymsWords, (Pairs{{std::string(1021, 'W'), "x"}, {"Y", "z"}}));
-}
-
-TEST_F(WordListsTest, NulByteCutsTheSynonymLine) {
-    ASSERT_TRUE(loadSynonyms(std::string("a\x01" "b\0junk\nc\x01" "d\n", 13)));
-    EXPECT_EQ(gSynonymsWords, (Pairs{{"A", "b"}, {"C", "d"}}));
 }
 
 TEST_F(WordListsTest, MissingOrUnopenableSynonymFileFailsWithAMessage) {

@@ -56,11 +56,6 @@ TEST_F(nmConfigTest, LoadsAndTrimsEveryOption) {
     EXPECT_EQ(err, "");
 }
 
-TEST_F(nmConfigTest, MaxInputLengthToleratesBlanksAndTrailingGarbage) {
-    ASSERT_EQ(initWith(configText("MAX_INPUT_LENGTH= 300xyz")), "");
-    EXPECT_EQ(nmConfig::getInstance()->getMaxInputLength(), 300);
-}
-
 TEST_F(nmConfigTest, RejectsMaxInputLengthsOfZeroAndBelow) {
     const std::string invalid = "Invalid value for option [MAX_INPUT_LENGTH} in section [SERVER].";
     for (const char* value : {"0", "-5", "abc", ""}) {
@@ -110,12 +105,6 @@ TEST_F(nmConfigTest, GettersRefuseBeforeASuccessfulInit) {
             EXPECT_STREQ(e.GetMsg(), "configuration not initialized");
         }
     }
-}
-
-TEST_F(nmConfigTest, SecondInitReadsTheNewFile) {
-    ASSERT_EQ(initWith(configText("MAX_INPUT_LENGTH=10")), "");
-    ASSERT_EQ(initWith(configText("MAX_INPUT_LENGTH=20")), "");
-    EXPECT_EQ(nmConfig::getInstance()->getMaxInputLength(), 20);
 }
 
 TEST_F(nmConfigTest, UnreadableFileAtFirstLoadIsReportedWithItsPath) {

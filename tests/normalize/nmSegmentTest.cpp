@@ -76,12 +76,6 @@ TEST_F(nmSegmentTest, WordsComeBackInGbkAndInTextOrder) {
     EXPECT_EQ(joinedWithoutBlanks(words), "北京大学mp3下载abc");
 }
 
-TEST_F(nmSegmentTest, EmptyTextHasNoWords) {
-    ASSERT_EQ(segmenter.init(ZEG_SEGMENTER_CONFIG), 0);
-    EXPECT_TRUE(segment("").empty());
-    EXPECT_EQ(rc, 0);
-}
-
 TEST_F(nmSegmentTest, BytesThatAreNotGbkAreDroppedBeforeSegmentation) {
     ASSERT_EQ(segmenter.init(ZEG_SEGMENTER_CONFIG), 0);
     // 0xFF is no GBK byte, and 0x81 needs a trail byte.

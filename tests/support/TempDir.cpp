@@ -51,6 +51,21 @@ std::vector<std::string> TempDir::list() const {
     return names;
 }
 
+ws::File TempDir::stream(const std::string& bytes) {
+    ws::File f(std::tmpfile());
+    if (!f || std::fwrite(bytes.data(), 1, bytes.size(), f.get()) != bytes.size())
+        throw std::runtime_error("cannot write a temporary stream");
+    std::rewind(f.get());
+    return f;
+}
+
+std::string TempDir::contents(std::FILE* f) {
+    std::string bytes(static_cast<size_t>(std::ftell(f)), '\0');
+    std::rewind(f);
+    if (!bytes.empty() && std::fread(&bytes[0], 1, bytes.size(), f) != bytes.size()) bytes.clear();
+    return bytes;
+}
+
 std::string TempDir::read(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     std::ostringstream s;

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "ws/core/wsFile.h"
+
 namespace zeg_test {
 
 // A fresh directory under $TMPDIR (or /tmp), removed with its contents when
@@ -27,6 +29,18 @@ public:
 
     // The bytes of the file at `path` ("" when it cannot be read).
     static std::string read(const std::string& path);
+
+    // An anonymous temporary stream holding `bytes`, positioned at its start.
+    static ws::File stream(const std::string& bytes);
+    // What `write` puts into an anonymous temporary stream.
+    template <class Write>
+    static std::string written(Write&& write) {
+        ws::File f = stream("");
+        write(f.get());
+        return contents(f.get());
+    }
+    // Everything in `f`, from its start.
+    static std::string contents(std::FILE* f);
 
 private:
     std::string m_path;

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <new>
 
+#include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsLogger.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/dict/wsDictSet.h"
@@ -33,12 +34,6 @@ const NewWordBuffer* bufferOf(const TextSegmentation& seg, unsigned short prop) 
 unsigned int candidateAt(const NewWordBuffer* buffer, unsigned int pos) {
     if (buffer == nullptr || pos >= buffer->words.size()) return 0;
     return buffer->words[pos].len;
-}
-
-template <class T>
-void refill(std::vector<T>& v, unsigned int n, const T& value) {
-    std::vector<T>().swap(v);
-    v.assign(n, value);
 }
 
 }  // namespace
@@ -72,17 +67,17 @@ int UnigramSegmenter::doSegment(TextSegmentation& seg, int, int mode) {
 
 bool UnigramSegmenter::_prepare(unsigned int nodes) {
     if (nodes > static_cast<unsigned int>(m_capacity)) {
-        try {
-            refill(m_wordId, nodes, -1);
-            refill(m_prop, nodes, WS_PROPERTY_WORD);
-            refill<unsigned char*>(m_value, nodes, nullptr);
-            refill<unsigned short>(m_attr, nodes, 0);
-            refill<const std::vector<short>*>(m_subWords, nodes, nullptr);
-            refill<unsigned char>(m_partNum, nodes, 0);
-            m_capacity = static_cast<int>(nodes);
-        } catch (const std::bad_alloc&) {
-            Logger::getLogger()->errorPos(kSource, __LINE__, "Out of Memory");
-        }
+        const bool grown = allocateOr(
+            [&] {
+                renewArray(m_wordId, nodes);
+                renewArray(m_prop, nodes);
+                renewArray(m_value, nodes);
+                renewArray(m_attr, nodes);
+                renewArray(m_subWords, nodes);
+                renewArray(m_partNum, nodes);
+            },
+            [] { Logger::getLogger()->errorPos(kSource, __LINE__, "Out of Memory"); });
+        if (grown) m_capacity = static_cast<int>(nodes);
     }
     // After a failed growth the arrays may be shorter than the capacity.
     if (m_wordId.size() < nodes || m_prop.size() < nodes || m_value.size() < nodes ||

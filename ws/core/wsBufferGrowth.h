@@ -8,25 +8,33 @@
 
 namespace ws {
 
-// Helpers shared by the grow-only working buffers of a segmentation.
+// The one set of helpers for grow-only buffers, the segmenter's working
+// arrays and the normaliser's conversion buffers alike. Header-only but for
+// logAllocationFailure, which only the logging variant needs.
 
 // Logs "allocate memory fail in wsTextSegmentation.cpp:<line>!" at error level
 // through the segmenter logger. Defined in wsTextSegmentation.cpp, the source
 // the message names.
 void logAllocationFailure();
 
-// Runs `allocate`; if it runs out of memory, logs the failure and returns
+// Runs `allocate`; if it runs out of memory, calls `onFailure` and returns
 // false instead of letting the exception escape.
-template <typename Allocate>
-bool allocateOrLog(Allocate&& allocate) {
+template <typename Allocate, typename OnFailure>
+bool allocateOr(Allocate&& allocate, OnFailure&& onFailure) {
     try {
         allocate();
         return true;
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) {
     }
-    logAllocationFailure();
+    onFailure();
     return false;
+}
+
+// allocateOr with the segmentation's own failure message.
+template <typename Allocate>
+bool allocateOrLog(Allocate&& allocate) {
+    return allocateOr(allocate, logAllocationFailure);
 }
 
 // Frees `array`, then gives it exactly `n` value-initialised entries. On an
@@ -47,6 +55,14 @@ bool growArray(std::vector<T>& array, unsigned int& capacity, unsigned int n) {
     if (!allocateOrLog([&] { renewArray(array, n); })) return false;
     capacity = n;
     return true;
+}
+
+// Grows `array` to at least `n` entries, keeping what it holds; new entries
+// are value-initialised. Never shrinks, so a buffer reused call after call
+// stops allocating once it has met its largest input. Throws as resize does.
+template <typename T>
+void growTo(std::vector<T>& array, std::size_t n) {
+    if (array.size() < n) array.resize(n);
 }
 
 // Frees `array` for good (clear() would keep the memory).

@@ -1,5 +1,7 @@
 #include "ws/core/wsLogger.h"
 
+#include <utility>
+
 namespace ws {
 
 #define WS_LOGGER_FORWARD(method, level, name)              \
@@ -33,9 +35,7 @@ Logger::Logger(const std::string& name, const std::string& path, int level, int 
     if (!path.empty()) openFile(path);
 }
 
-Logger::~Logger() {
-    if (m_stream != nullptr) std::fclose(m_stream);
-}
+Logger::~Logger() = default;
 
 bool Logger::init(const std::string& name, const std::string& path, int level, int fileLevel) {
     m_level = level;
@@ -46,19 +46,16 @@ bool Logger::init(const std::string& name, const std::string& path, int level, i
 
 // Replaces the destination; a failed open falls back to standard error.
 bool Logger::openFile(const std::string& path) {
-    if (m_stream != nullptr) std::fclose(m_stream);
-    m_stream = std::fopen(path.c_str(), "a+");
-    if (m_stream != nullptr) return true;
+    if (m_stream.open(path.c_str(), "a+")) return true;
     std::fprintf(stderr, "open log file failed: %s\n", path.c_str());
     return false;
 }
 
 int Logger::openStream(const std::string& path) {
     if (path.empty()) return 0;
-    std::FILE* stream = std::fopen(path.c_str(), "a+");
-    if (stream == nullptr) return -1;
-    if (m_stream != nullptr) std::fclose(m_stream);
-    m_stream = stream;
+    File stream;
+    if (!stream.open(path.c_str(), "a+")) return -1;
+    m_stream = std::move(stream);
     return 0;
 }
 
@@ -71,9 +68,9 @@ void Logger::write(const char* levelName, const char* file, int line, const char
         std::snprintf(prefix, sizeof prefix, "[%s-%s] %s:%d", m_name.c_str(), levelName, file, line);
     else
         std::snprintf(prefix, sizeof prefix, "[%s-%s]", m_name.c_str(), levelName);
-    std::FILE* out = m_stream != nullptr ? m_stream : stderr;
+    std::FILE* out = m_stream ? m_stream.get() : stderr;
     std::fprintf(out, "[%s] %s: ", m_timeText, prefix);
-    std::fprintf(out, m_stream != nullptr ? "%s" : "%s\n", message);
+    std::fprintf(out, m_stream ? "%s" : "%s\n", message);
     std::fflush(out);
 }
 

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "ws/core/wsFile.h"
+
 namespace ws {
 
 // The segmenter's levelled logger. A message of level L is written only when
@@ -14,7 +16,7 @@ namespace ws {
 // (the time text stays empty). On standard error a newline is appended; in a
 // file the message's own newline, if any, ends the line.
 // Thread safety: writes take no lock; concurrent messages may interleave
-// between prefix and text. Not copyable (owns its FILE*).
+// between prefix and text. Not copyable (owns its log file).
 class Logger {
 public:
     enum Level { LEVEL_ERROR = 2, LEVEL_WARN = 3, LEVEL_INFO = 4, LEVEL_DEBUG = 5, LEVEL_TRACE = 6 };
@@ -70,7 +72,7 @@ private:
 
     int m_level = LEVEL_ERROR;
     int m_fileLevel = LEVEL_ERROR;
-    std::FILE* m_stream = nullptr;
+    File m_stream;
     std::string m_name;
     bool m_flag = true;
     char m_timeText[64] = {};

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "ws/core/wsBufferGrowth.h"
+
 namespace ws {
 
 namespace {
@@ -32,7 +34,7 @@ bool PropertyDict::load(const std::string& path) {
     long id = 0;
     while (std::getline(in, line)) {
         if (!parseLine(line, id, name)) continue;
-        if (names.size() <= static_cast<size_t>(id)) names.resize(static_cast<size_t>(id) + 1);
+        growTo(names, static_cast<size_t>(id) + 1);
         names[static_cast<size_t>(id)] = name;
         ids.emplace(name, static_cast<short>(id));
     }

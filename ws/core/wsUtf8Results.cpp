@@ -1,5 +1,6 @@
 #include "ws/core/wsUtf8Results.h"
 
+#include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsEncodeConverter.h"
 
 namespace ws {
@@ -18,7 +19,7 @@ unsigned int utf8Bytes(const unsigned short* w, unsigned int units) {
 void Utf8Results::transform(const std::vector<WORD_T>& words, std::vector<WORD_UTF8_T>& out) {
     size_t units = 0;
     for (const WORD_T& w : words) units += w.wordLen;
-    if (m_buffer.size() < 3 * units + 1) m_buffer.resize(3 * units + 1);
+    growTo(m_buffer, 3 * units + 1);
     out.clear();
     char* p = m_buffer.data();
     for (const WORD_T& w : words) {

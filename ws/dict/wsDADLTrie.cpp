@@ -1,5 +1,7 @@
 #include "ws/dict/wsDADLTrie.h"
 
+#include "ws/core/wsBufferGrowth.h"
+
 namespace ws {
 
 namespace {
@@ -49,7 +51,7 @@ void DADLTrie::link(int prev, int cell, int next) {
 
 void DADLTrie::markFree(int cell, bool free) {
     const size_t word = static_cast<size_t>(cell) / 64;
-    if (word >= m_freeBits.size()) m_freeBits.resize(word + 1, 0);
+    growTo(m_freeBits, word + 1);
     const uint64_t bit = uint64_t{1} << (cell % 64);
     m_freeBits[word] = free ? m_freeBits[word] | bit : m_freeBits[word] & ~bit;
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 
 namespace ws {
@@ -14,11 +15,6 @@ namespace ws {
 namespace {
 
 const char kDATDictMagic[] = "DATDict_v_1_0";
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
 
 bool writeBytes(std::FILE* fp, const void* data, size_t size) {
     return size == 0 || std::fwrite(data, 1, size, fp) == size;
@@ -152,11 +148,11 @@ int DATDict::loadDict(std::FILE* fp) {
 // ---- writing ----
 
 int DATDict::writeDict(const char* path) {
-    UniqueFile f(std::fopen(path, "wb"));
-    if (!f) return WS_ERR_OPEN_FILE;
+    File f;
+    if (!f.open(path, "wb")) return WS_ERR_OPEN_FILE;
     const int rc = writeDict(f.get());
     // Buffered bytes that cannot be flushed are a failed write too.
-    return std::fclose(f.release()) != 0 && rc == 0 ? WS_ERR_WRITE : rc;
+    return f.close() != 0 && rc == 0 ? WS_ERR_WRITE : rc;
 }
 
 int DATDict::writeDict(std::FILE* fp) {
@@ -305,8 +301,8 @@ const char* DATDict::getTrieErr() const { return m_trie->get_err(); }
 const char* DATDict::dictVersion(const char* path) {
     if (m_loaded) return m_magic;
     WsLogger* log = WsLogger::getWsLogger();
-    UniqueFile f(path != nullptr ? std::fopen(path, "rb") : nullptr);
-    if (!f) {
+    File f;
+    if (!f.open(path, "rb")) {
         log->error("Can not open dictionary '%s': ", path != nullptr ? path : "");
         return nullptr;
     }

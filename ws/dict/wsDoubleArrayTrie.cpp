@@ -82,8 +82,14 @@ void DoubleArrayTrie::setMagic() { putMagic(kMagic); }
 
 const char* DoubleArrayTrie::toolsVersion() const { return kMagic; }
 
-// The header (root, length, magic) has just been read into the members.
-bool DoubleArrayTrie::acceptHeader(uint64_t available) {
+void DoubleArrayTrie::unpackHeader(const char* header) {
+    std::memcpy(&m_root, header, 4);
+    std::memcpy(&m_length, header + 4, 4);
+    std::memcpy(m_magic, header + 8, kMagicSize);
+}
+
+bool DoubleArrayTrie::decodeHeader(const char* header, uint64_t available) {
+    unpackHeader(header);
     if (!checkMagic()) {
         setError("Magic check failed");
         resetHeader();
@@ -113,10 +119,7 @@ bool DoubleArrayTrie::load(std::FILE* fp) {
         resetHeader();
         return false;
     }
-    std::memcpy(&m_root, header, 4);
-    std::memcpy(&m_length, header + 4, 4);
-    std::memcpy(m_magic, header + 8, kMagicSize);
-    if (!acceptHeader(static_cast<uint64_t>(remaining - kHeaderSize))) return false;
+    if (!decodeHeader(header, static_cast<uint64_t>(remaining - kHeaderSize))) return false;
     std::vector<Cell> cells(static_cast<size_t>(m_length));
     if (!readAll(fp, cells.data(), cells.size() * sizeof(Cell))) {
         setError("read data error");
@@ -136,10 +139,7 @@ char* DoubleArrayTrie::load(char* buffer, unsigned long size) {
         resetHeader();
         return nullptr;
     }
-    std::memcpy(&m_root, buffer, 4);
-    std::memcpy(&m_length, buffer + 4, 4);
-    std::memcpy(m_magic, buffer + 8, kMagicSize);
-    if (!acceptHeader(size - kHeaderSize)) return nullptr;
+    if (!decodeHeader(buffer, size - kHeaderSize)) return nullptr;
     if (m_length < 1) {
         resetHeader();
         return nullptr;
@@ -176,9 +176,7 @@ const char* DoubleArrayTrie::dictVersion(std::FILE* fp) {
         setError("File size too small");
         return m_err;
     }
-    std::memcpy(&m_root, header, 4);
-    std::memcpy(&m_length, header + 4, 4);
-    std::memcpy(m_magic, header + 8, kMagicSize);
+    unpackHeader(header);
     m_magic[kMagicSize - 1] = '\0';
     return m_magic;
 }

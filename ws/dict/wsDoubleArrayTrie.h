@@ -135,8 +135,12 @@ protected:
     void setError(const char* message);
     // Resets to an empty, unusable trie after a failed load.
     void resetHeader();
-    // Checks a header read from a section of `available` bytes.
-    bool acceptHeader(uint64_t available);
+    // Reads root, length and magic from the kHeaderSize bytes at `header`.
+    void unpackHeader(const char* header);
+    // Unpacks and checks the header of a section whose cells may take
+    // `available` bytes; the one check both loaders share. False, with the
+    // error set and the trie reset, when the header cannot be used.
+    bool decodeHeader(const char* header, uint64_t available);
     // Copies borrowed cells so that they can be changed.
     void makeWritable();
     // Codes (ascending) of the children of `state`; returns their number.

@@ -57,17 +57,27 @@ bool DoubleTrie::failLoad(const std::string& message) {
     return false;
 }
 
+void DoubleTrie::unpackHeader(const char* header) {
+    std::memcpy(m_magic, header, kMagicSize);
+    std::memcpy(&m_count, header + kMagicSize, 4);
+}
+
+const char* DoubleTrie::decodeHeader(const char* header, uint64_t available) {
+    unpackHeader(header);
+    if (std::strncmp(m_magic, kMagic, kMagicSize) != 0) return "Magic check failed";
+    if (m_count < 0 || static_cast<uint64_t>(m_count) * sizeof(Entry) > available)
+        return "File size too small";
+    return nullptr;
+}
+
 bool DoubleTrie::load(std::FILE* fp) {
     clear();
     const int64_t remaining = TrieBase::remainingBytes(fp);
     char header[kHeaderSize];
     if (remaining < kHeaderSize || std::fread(header, 1, kHeaderSize, fp) != kHeaderSize)
         return failLoad("File size too small");
-    std::memcpy(m_magic, header, kMagicSize);
-    std::memcpy(&m_count, header + kMagicSize, 4);
-    if (std::strncmp(m_magic, kMagic, kMagicSize) != 0) return failLoad("Magic check failed");
-    if (m_count < 0 || static_cast<int64_t>(m_count) * 8 + kHeaderSize > remaining)
-        return failLoad("File size too small");
+    if (const char* error = decodeHeader(header, static_cast<uint64_t>(remaining - kHeaderSize)))
+        return failLoad(error);
     m_storage.resize(static_cast<size_t>(m_count));
     const size_t bytes = m_storage.size() * sizeof(Entry);
     if (bytes > 0 && std::fread(m_storage.data(), 1, bytes, fp) != bytes)
@@ -86,14 +96,8 @@ char* DoubleTrie::load(char* buffer, unsigned long size) {
         failLoad("File size too small");
         return nullptr;
     }
-    std::memcpy(m_magic, buffer, kMagicSize);
-    std::memcpy(&m_count, buffer + kMagicSize, 4);
-    if (std::strncmp(m_magic, kMagic, kMagicSize) != 0) {
-        failLoad("Magic check failed");
-        return nullptr;
-    }
-    if (m_count < 0 || static_cast<uint64_t>(m_count) * 8 > size - kHeaderSize) {
-        failLoad("File size too small");
+    if (const char* error = decodeHeader(buffer, size - kHeaderSize)) {
+        failLoad(error);
         return nullptr;
     }
     char* table = buffer + kHeaderSize;
@@ -139,8 +143,7 @@ const char* DoubleTrie::dictVersion(std::FILE* fp) {
         std::snprintf(m_err, sizeof m_err, "%s", "File size too small");
         return m_err;
     }
-    std::memcpy(m_magic, header, kMagicSize);
-    std::memcpy(&m_count, header + kMagicSize, 4);
+    unpackHeader(header);
     m_magic[kMagicSize - 1] = '\0';
     return m_magic;
 }

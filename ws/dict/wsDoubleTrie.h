@@ -97,6 +97,11 @@ private:
 
     void resetHeader();
     bool failLoad(const std::string& message);
+    // Reads magic and entry count from the kHeaderSize bytes at `header`.
+    void unpackHeader(const char* header);
+    // Unpacks and checks the header of a section with `available` bytes
+    // after it, for both loaders; the failure message, or null when usable.
+    const char* decodeHeader(const char* header, uint64_t available);
     void prepareForAdd();
     void rebuildBookkeeping();
     void addUser(int rear, int entry);

@@ -4,15 +4,12 @@
 #include <memory>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 
 namespace ws {
 
 namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
 
 const char kSource[] = "wsFamilyNameDict";
 
@@ -25,8 +22,8 @@ bool FamilyNameDict::loadText(std::FILE* f, float defaultFreq, float threshold) 
 }
 
 bool FamilyNameDict::loadText(const char* path, float defaultFreq, float threshold) {
-    std::unique_ptr<std::FILE, FileCloser> f(path != nullptr ? std::fopen(path, "r") : nullptr);
-    if (!f) {
+    File f;
+    if (!f.open(path, "r")) {
         WsLogger::getWsLogger()->errorPos(kSource, __LINE__, "Can not open file '%s'",
                                           path != nullptr ? path : "");
         return false;

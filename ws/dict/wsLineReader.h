@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "ws/core/wsFile.h"
+
 namespace ws {
 
 // Reads a text file in the pieces the segmenter's text loaders expect: what
@@ -12,13 +14,12 @@ namespace ws {
 // bufferSize - 1 bytes ending at the first line feed, so a longer line comes
 // in several pieces. Unlike fgets, a NUL byte does not cut a piece short.
 // Only regular files are opened: a directory would read as an empty file and
-// a device or pipe might never end. Owns its FILE*; not copyable.
+// a device or pipe might never end. Owns its stream; not copyable.
 // Thread safety: one object per thread.
 class LineReader {
 public:
     // REQUIRES: bufferSize >= 2.
     explicit LineReader(std::size_t bufferSize);
-    ~LineReader();
     LineReader(const LineReader&) = delete;
     LineReader& operator=(const LineReader&) = delete;
 
@@ -35,9 +36,7 @@ public:
     bool failed() const;
 
 private:
-    void close();
-
-    std::FILE* m_file = nullptr;
+    File m_file;
     std::size_t m_maxBytes;
 };
 

@@ -7,10 +7,12 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsLineReader.h"
 
@@ -23,11 +25,6 @@ const char kSource[] = "wsMaxentDict";
 const int kWriteFailLine = 621;
 const std::size_t kLineBuffer = 1024;
 const unsigned kProgressLines = 100000;
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
 
 const unsigned char* bytes(const char* p) { return reinterpret_cast<const unsigned char*>(p); }
 
@@ -348,10 +345,10 @@ int MaxentDict::loadDict(std::FILE* fp) {
 }
 
 int MaxentDict::writeDict(const char* path) {
-    UniqueFile f(path != nullptr ? std::fopen(path, "wb") : nullptr);
-    if (!f) return WS_ERR_OPEN_FILE;
+    File f;
+    if (!f.open(path, "wb")) return WS_ERR_OPEN_FILE;
     const int rc = writeDict(f.get());
-    return std::fclose(f.release()) != 0 && rc == 0 ? WS_ERR_WRITE : rc;
+    return f.close() != 0 && rc == 0 ? WS_ERR_WRITE : rc;
 }
 
 int MaxentDict::writeDict(std::FILE* fp) {

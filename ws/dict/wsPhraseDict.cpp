@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsLineReader.h"
-#include "ws/dict/wsUniqueFile.h"
 
 namespace ws {
 
@@ -47,8 +48,8 @@ PhraseDict::~PhraseDict() = default;
 // ---- loading and writing ----
 
 int PhraseDict::loadDict(const char* path) {
-    UniqueFile f(path != nullptr ? std::fopen(path, "rb") : nullptr);
-    if (!f) {
+    File f;
+    if (!f.open(path, "rb")) {
         _clear();
         return -1;
     }
@@ -80,19 +81,19 @@ int PhraseDict::loadDict(std::FILE* fp) {
 }
 
 int PhraseDict::writeDict(const char* path) const {
-    UniqueFile f(path != nullptr ? std::fopen(path, "wb") : nullptr);
-    if (!f) return WS_ERR_WRITE;
+    File f;
+    if (!f.open(path, "wb")) return WS_ERR_WRITE;
     const uint32_t length = static_cast<uint32_t>(m_table.size());
     const bool ok = writeAll(f.get(), &length, 4) &&
                     writeAll(f.get(), m_table.data(), m_table.size()) && m_trie->write(f.get());
     // A buffered tail that cannot be flushed is a failed write too.
-    return std::fclose(f.release()) == 0 && ok ? 0 : WS_ERR_WRITE;
+    return f.close() == 0 && ok ? 0 : WS_ERR_WRITE;
 }
 
 const char* PhraseDict::dictVersion(const char* path) {
-    UniqueFile f(path != nullptr ? std::fopen(path, "rb") : nullptr);
+    File f;
     uint32_t length = 0;
-    if (f && readTableLength(f.get(), length) &&
+    if (f.open(path, "rb") && readTableLength(f.get(), length) &&
         std::fseek(f.get(), static_cast<long>(length), SEEK_CUR) == 0) {
         DADLTrie probe;
         const char* magic = probe.dictVersion(f.get());

@@ -1,24 +1,15 @@
 #include "ws/dict/wsTrieBase.h"
 
-#include <memory>
+#include "ws/core/wsFile.h"
 
 namespace ws {
-
-namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
-
-}  // namespace
 
 TrieBase::~TrieBase() = default;
 
 bool TrieBase::load(const char* path) {
-    UniqueFile f(std::fopen(path, "rb"));
-    if (!f) {
-        std::fprintf(stderr, "Can not open and read from file: %s\n", path);
+    File f;
+    if (!f.open(path, "rb")) {
+        std::fprintf(stderr, "Can not open and read from file: %s\n", path != nullptr ? path : "");
         std::perror("LoadFromFile: ");
         return false;
     }
@@ -34,9 +25,9 @@ int64_t TrieBase::remainingBytes(std::FILE* fp) {
 }
 
 bool TrieBase::write(const char* path) {
-    UniqueFile f(std::fopen(path, "wb"));
-    if (!f) {
-        std::fprintf(stderr, "Can not open and write to file: %s\n", path);
+    File f;
+    if (!f.open(path, "wb")) {
+        std::fprintf(stderr, "Can not open and write to file: %s\n", path != nullptr ? path : "");
         std::perror("WriteToFile: ");
         return false;
     }

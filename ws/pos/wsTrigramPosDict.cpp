@@ -7,8 +7,10 @@
 #include <cmath>
 #include <cstring>
 #include <iostream>
+#include <memory>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsFile.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsDictSet.h"
@@ -66,10 +68,6 @@ bool isPlaceSuffix(unsigned short c) {
 bool isTimeUnit(unsigned short c) {
     return c == 0x5E74 || c == 0x6708 || c == 0x65E5 || c == 0x65F6 || c == 0x5206 || c == 0x79D2;
 }
-
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
 
 }  // namespace
 
@@ -262,10 +260,10 @@ int TrigramPosDict::loadFromFiles(const char* tagNames, const char* tagFreq, con
 }
 
 int TrigramPosDict::writeDict(const char* path) const {
-    std::unique_ptr<std::FILE, FileCloser> f(std::fopen(path, "wb"));
-    if (!f) return WS_ERR_OPEN_FILE;
+    File f;
+    if (!f.open(path, "wb")) return WS_ERR_OPEN_FILE;
     const int rc = writeDict(f.get());
-    return std::fclose(f.release()) != 0 && rc == 0 ? WS_ERR_WRITE : rc;
+    return f.close() != 0 && rc == 0 ? WS_ERR_WRITE : rc;
 }
 
 int TrigramPosDict::writeDict(std::FILE* fp) const {

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/core/wsWsLogger.h"
@@ -116,9 +117,9 @@ int TrigramPosTagger::annotate(TextSegmentation& seg) {
     if (!m_dict || seg.text == nullptr) return 0;
     const int n = collectWords(seg);
     if (n == 0) return 0;
-    if (m_nodes.size() < 6 * static_cast<size_t>(n)) m_nodes.resize(6 * static_cast<size_t>(n));
+    growTo(m_nodes, 6 * static_cast<size_t>(n));
     m_nodeCount = 0;
-    if (m_tags.size() < static_cast<size_t>(n)) m_tags.resize(static_cast<size_t>(n));
+    growTo(m_tags, static_cast<size_t>(n));
     decode(seg, n);
     for (int k = 0; k < n; ++k)
         seg.result.cells[m_wordStart[static_cast<size_t>(k)]].tag = m_tags[static_cast<size_t>(k)];

@@ -71,22 +71,6 @@ TEST_F(ChunkerTest, ADelimiterEndsItsChunk) {
     EXPECT_EQ(cut(u"北京大学，好的。"), "北京大|学，|好的。");
 }
 
-TEST_F(ChunkerTest, WithoutASizeOnlyDelimitersCut) {
-    EXPECT_EQ(chunker.getChunkSize(), 0xFFFFFFFFu);
-    const std::u16string longText(5000, u'字');
-    cut(longText + u"。" + longText);
-    ASSERT_EQ(chunks.size(), 2u);
-    EXPECT_EQ(chunks[0].len, 5001u);
-    EXPECT_EQ(chunks[1].len, 5000u);
-}
-
-TEST_F(ChunkerTest, EmptyTextGivesNoChunks) {
-    chunks.assign(3, CHUNK_T{nullptr, 1});
-    EXPECT_EQ(chunker.getChunks(nullptr, 0, chunks), 0u);
-    EXPECT_TRUE(chunks.empty());
-    EXPECT_EQ(chunker.getChunks(nullptr, 5, chunks), 0u);
-}
-
 TEST_F(ChunkerTest, ASizeOfZeroIsRefused) {
     chunker.setChunkSize(4);
     testing::internal::CaptureStderr();
@@ -94,23 +78,6 @@ TEST_F(ChunkerTest, ASizeOfZeroIsRefused) {
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("chunk size 0 refused"));
     EXPECT_EQ(chunker.getChunkSize(), 4u);
     EXPECT_EQ(cut(u"abcdefghij"), "abcd|efgh|ij");
-}
-
-TEST_F(ChunkerTest, ChecksDelimitersByCodeUnit) {
-    EXPECT_TRUE(chunker.checkWord(u'。'));
-    EXPECT_TRUE(chunker.checkWord(u'，'));
-    EXPECT_FALSE(chunker.checkWord(u','));
-    EXPECT_FALSE(chunker.checkWord(0xFFFF));
-    EXPECT_FALSE(chunker.checkWord(0x10000 + u'。'));
-    EXPECT_FALSE(Chunker().checkWord(u'。'));
-}
-
-TEST_F(ChunkerTest, DefinitionsSpanningLinesTakeTheLineFeed) {
-    ASSERT_TRUE(load("spacelist= \nend#\r\ndelimiterlist=!\r\nend#\r\n"));
-    EXPECT_TRUE(chunker.checkWord('!'));
-    EXPECT_TRUE(chunker.checkWord('\r'));
-    EXPECT_TRUE(chunker.checkWord('\n'));
-    EXPECT_FALSE(chunker.checkWord(' '));
 }
 
 TEST_F(ChunkerTest, UnreadableDefinitionsChangeNothing) {
@@ -122,43 +89,6 @@ TEST_F(ChunkerTest, UnreadableDefinitionsChangeNothing) {
     // One byte after the key is always a member: an empty list runs on.
     EXPECT_FALSE(load("delimiterlist=end#"));
     EXPECT_TRUE(chunker.checkWord(u'。'));
-}
-
-TEST_F(ChunkerTest, AnUnconvertibleDefinitionLeavesNoDelimiters) {
-    EXPECT_FALSE(load("delimiterlist=\x80!end#\n"));
-    EXPECT_FALSE(chunker.checkWord(u'。'));
-    EXPECT_FALSE(chunker.checkWord('!'));
-    // NUL bytes and binary data are members like any other byte.
-    ASSERT_TRUE(load(std::string("delimiterlist=\0!end#\n", 21)));
-    EXPECT_TRUE(chunker.checkWord(0));
-    EXPECT_TRUE(chunker.checkWord('!'));
-    std::string binary(4096, '\0');
-    std::mt19937 rng(testing::UnitTest::GetInstance()->random_seed());
-    for (char& c : binary) c = static_cast<char>(rng());
-    load("delimiterlist=" + binary + "end#\n");
-    chunker.setChunkSize(7);
-    cut(u"北京大学，好的。");
-    unsigned int total = 0;
-    for (const CHUNK_T& c : chunks) total += c.len;
-    EXPECT_EQ(total, 8u);
-}
-
-TEST_F(ChunkerTest, OutOfMemoryIsLoggedNotThrown) {
-    const std::string path = dir.file("space.txt");
-    std::vector<unsigned short> units = zeg_test::units(u"北京，大学");
-    bool loaded = true;
-    unsigned int n = 1;
-    testing::internal::CaptureStderr();
-    {
-        zeg_test::FailingAllocations failing;
-        loaded = chunker.loadText(path);
-        n = chunker.getChunks(units.data(), static_cast<unsigned int>(units.size()), chunks);
-    }
-    const std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_FALSE(loaded);
-    EXPECT_EQ(n, 0u);
-    EXPECT_THAT(err, HasSubstr("wsChunker"));
-    EXPECT_THAT(err, HasSubstr("allocate memory fail!"));
 }
 
 TEST_F(ChunkerTest, CuttingAllocatesNothingOnceTheVectorHasGrown) {

@@ -159,13 +159,6 @@ TEST_F(UnigramSegmenterTest, RecognisedRunsBecomeNewWords) {
     EXPECT_EQ(seg.result.cells[0].len, 1);
 }
 
-TEST_F(UnigramSegmenterTest, DictionaryWordSpanningARunKeepsIt) {
-    // 十五 is a Chinese numeral run and a dictionary word: the word stays.
-    EXPECT_EQ(full(u"十五大学"), "十五/大学");
-    EXPECT_EQ(seg.result.cells[0].prop, ws::WS_PROPERTY_WORD);
-    EXPECT_GE(seg.result.cells[0].wordId, 0);
-}
-
 TEST_F(UnigramSegmenterTest, RunsCoveringAnAlnumWordBecomeThatWord) {
     // 3 (number) then d (letters): exactly the alnum word 3d, typed LETNUM.
     EXPECT_EQ(full(u"3d打印"), "3d/打印");
@@ -190,16 +183,6 @@ TEST_F(UnigramSegmenterTest, CombinationPassAddsNewWordsToTheDictionaryCut) {
     unigram().doSegment(seg, 1, 2);
     EXPECT_EQ(cells(), "北京/2024/大学/生");
     EXPECT_EQ(seg.result.cells[2].prop, ws::WS_PROPERTY_NUM);
-}
-
-TEST_F(UnigramSegmenterTest, EmptyTextChangesNothing) {
-    prepare(u"北京大学");
-    unigram().doSegment(seg, 1, 0);
-    seg.textLen = 0;
-    for (int mode : {0, 1, 2}) EXPECT_EQ(unigram().doSegment(seg, 1, mode), 1);
-    seg.textLen = 4;
-    EXPECT_EQ(cells(), "北京大学");
-    EXPECT_EQ(seg.resultByDict.valid, 0u);
 }
 
 TEST_F(UnigramSegmenterTest, WorkArraysGrowOnceAndAreReused) {

@@ -42,13 +42,6 @@ TEST_F(ConfigTest, SkipsCommentsAndMalformedLines) {
     EXPECT_EQ(config.getString("F", "absent"), "1 = 2");
 }
 
-TEST_F(ConfigTest, CarriageReturnStaysInTheValue) {
-    ASSERT_TRUE(load("a.conf", "FLAG = true\r\nN = 7\r\n"));
-    EXPECT_EQ(config.getString("FLAG", ""), "true\r");
-    EXPECT_FALSE(config.getBool("FLAG", true));
-    EXPECT_EQ(config.getLong("N", 0), 7);
-}
-
 TEST_F(ConfigTest, TypedGettersParseAndFallBackOnlyWhenAbsent) {
     ASSERT_TRUE(load("a.conf",
                      "EMPTY =\nT = true\nU = TRUE\nONE = 1\nL = 12abc\nBAD = abc\n"
@@ -91,23 +84,6 @@ TEST_F(ConfigTest, VariablesAreSubstitutedWhenValuesAreRead) {
     EXPECT_EQ(config.getString("ABSENT", "$ROOT/d"), "$ROOT/d");  // defaults stay as given
 }
 
-TEST_F(ConfigTest, VariablesAreReplacedInNameOrderAsPlainText) {
-    ASSERT_TRUE(load("a.conf",
-                     "$DIR = a\n$DIR2 = b\nX = $DIR2\n$P = $Q!\n$Q = q\nY = $P\n"
-                     "$S = $Sx\nZ = $S-$S\n"));
-    EXPECT_EQ(config.getString("X", ""), "a2");  // $DIR sorts first and hits inside $DIR2
-    EXPECT_EQ(config.getString("Y", ""), "q!");  // $P brings in $Q, replaced after it
-    EXPECT_EQ(config.getString("Z", ""), "$Sx-$Sx");
-}
-
-TEST_F(ConfigTest, SelfReferringVariableIsLeftUnsubstituted) {
-    ASSERT_TRUE(load("a.conf", "$A = x$A\n$B = b\nV = $A/$B\n"));
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(config.getString("V", ""), "$A/b");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "variable $A contains itself; not substituted\n");
-}
-
 TEST_F(ConfigTest, IncludesLoadInPlace) {
     const std::string sub = dir.write("sub.conf", "B = sub\nC = sub\n");
     ASSERT_TRUE(load("main.conf",
@@ -123,14 +99,6 @@ TEST_F(ConfigTest, FailedIncludeStopsItsFileButInitSucceeds) {
     ASSERT_TRUE(load("main.conf", "A = 1\n#include \"" + missing + "\"\nB = 2\n"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "can't open file " + missing + "\n");
     EXPECT_EQ(config.getString("A", ""), "1");
-    EXPECT_EQ(config.getString("B", "absent"), "absent");
-}
-
-TEST_F(ConfigTest, UnquotedIncludePathKeepsItsLeadingBlank) {
-    const std::string sub = dir.write("sub.conf", "B = sub\n");
-    testing::internal::CaptureStderr();
-    ASSERT_TRUE(load("main.conf", "#include " + sub + "\nB = main\n"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "can't open file  " + sub + "\n");
     EXPECT_EQ(config.getString("B", "absent"), "absent");
 }
 
@@ -154,28 +122,6 @@ TEST_F(ConfigTest, UnopenableFileFailsInitAndKeepsSettings) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "can't open file " + missing + "\ncan't open file (null)\n");
     EXPECT_EQ(config.getString("A", ""), "1");
-}
-
-TEST_F(ConfigTest, SecondInitAddsToAndOverridesTheFirst) {
-    ASSERT_TRUE(load("a.conf", "A = 1\nB = 1\n"));
-    ASSERT_TRUE(load("b.conf", "B = 2\n"));
-    EXPECT_EQ(config.getString("A", ""), "1");
-    EXPECT_EQ(config.getString("B", ""), "2");
-}
-
-TEST_F(ConfigTest, ListAllPrintsSubstitutedItemsInKeyOrder) {
-    ASSERT_TRUE(load("a.conf", "$R = /r\nB = $R/b\nA = a\n"));
-    testing::internal::CaptureStdout();
-    config.listAll();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "The item number is 2\nA = a\nB = /r/b\n");
-}
-
-TEST(ConfigDeathTest, PathConstructorEndsTheProcessWhenTheFileIsMissing) {
-    zeg_test::TempDir dir;
-    const std::string missing = dir.file("missing.conf");
-    EXPECT_EXIT(Config config(missing.c_str()), testing::ExitedWithCode(255),
-                "can't open file " + missing);
 }
 
 }  // namespace

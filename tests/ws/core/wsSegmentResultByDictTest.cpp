@@ -2,34 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <cstring>
-
 using ws::SegmentResultByDict;
 
 namespace {
-
-std::uint64_t bits(double d) {
-    std::uint64_t b;
-    std::memcpy(&b, &d, sizeof b);
-    return b;
-}
-
-TEST(SegmentResultByDict, InitLeavesOnlyNodeZeroReached) {
-    SegmentResultByDict lattice;
-    ASSERT_TRUE(lattice.init(0));  // no positions, but node 0 must exist
-    EXPECT_EQ(lattice.scores.at(0), 0.0);
-    ASSERT_TRUE(lattice.init(5));
-    ASSERT_EQ(lattice.scores.size(), 7u);
-    ASSERT_EQ(lattice.prev.size(), 7u);
-    EXPECT_EQ(lattice.scores[0], 0.0);
-    EXPECT_EQ(lattice.prev[0], 0u);
-    for (unsigned int k = 1; k <= 5; ++k) {
-        EXPECT_EQ(bits(lattice.scores[k]), 0xFE37E43C8800759Cu) << "node " << k;
-        EXPECT_EQ(lattice.prev[k], k - 1) << "node " << k;
-    }
-    EXPECT_EQ(lattice.positions[4].len, 1);
-}
 
 TEST(SegmentResultByDict, ReinitResetsNodesUpToTheNewLengthOnly) {
     SegmentResultByDict lattice;

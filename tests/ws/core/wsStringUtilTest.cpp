@@ -44,16 +44,4 @@ TEST(StringUtil, MatchAnchors) {
     EXPECT_EQ(ws::match("$", "abc"), npos);
 }
 
-TEST(StringUtil, StartwithAndEndwith) {
-    EXPECT_TRUE(ws::startwith("#include", "#include \"a.conf\""));
-    EXPECT_FALSE(ws::startwith("#include", " #include"));
-    EXPECT_FALSE(ws::startwith("abc", "ab"));
-    EXPECT_TRUE(ws::startwith("", "ab"));
-    EXPECT_TRUE(ws::endwith("b", "ab"));
-    EXPECT_TRUE(ws::endwith(".so", "libx.so"));
-    EXPECT_FALSE(ws::endwith("b", "abab"));
-    EXPECT_FALSE(ws::endwith("", "ab"));
-    EXPECT_FALSE(ws::endwith("abc", "bc"));
-}
-
 }  // namespace

@@ -76,24 +76,6 @@ TEST(TextSegmentation, InitStartsEachTextAfreshButRefusesAnEmptyOne) {
     EXPECT_EQ(seg.normalizeMode, 4);
 }
 
-TEST(TextSegmentation, ShorterTextKeepsTheCapacityAndResetsOnlyItsPrefix) {
-    TextSegmentation seg;
-    seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f);
-    Text longText(100), shortText(10);
-    ASSERT_TRUE(longText.initInto(seg));
-    for (ws::SegmentResult::Cell& c : seg.result.cells) c.len = 5;
-    for (ws::NewWordBuffer::Record& r : seg.newWordBuffers[0].words) r.len = 3;
-    ASSERT_TRUE(shortText.initInto(seg));
-
-    EXPECT_EQ(seg.result.capacity, 100u);
-    EXPECT_EQ(seg.resultByDict.capacity, 100u);
-    EXPECT_EQ(seg.newWordBuffers[0].capacity, 100u);
-    EXPECT_EQ(seg.getSegResultWordNum(), 10u);
-    EXPECT_EQ(seg.result.cells[10].len, 5);
-    EXPECT_EQ(seg.newWordBuffers[0].words[9].len, 0);
-    EXPECT_EQ(seg.newWordBuffers[0].words[10].len, 3);
-}
-
 TEST(TextSegmentation, CountsWordsByWalkingTheCellLengths) {
     TextSegmentation seg;
     Text text(u"北京邮电大学");
@@ -107,16 +89,6 @@ TEST(TextSegmentation, CountsWordsByWalkingTheCellLengths) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(seg.getSegResultWordNum(), 4u);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("zero-length word at position 2"));
-}
-
-TEST(TextSegmentation, FindsTheFirstBufferOfAProperty) {
-    TextSegmentation seg;
-    EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 10.0f), 0u);
-    EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_PER_RULE, 2.5f), 1u);
-    EXPECT_EQ(seg.addNewWordBuffer(ws::WS_PROPERTY_NUM, 3.0f), 2u);
-    EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_NUM), 0u);
-    EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_PER_RULE), 1u);
-    EXPECT_EQ(seg.getPropIdx(ws::WS_PROPERTY_ORG), 0xFFFFFFFFu);
 }
 
 TEST(TextSegmentationMemory, InitAllocatesNothingOnceTheLongestTextHasBeenSeen) {

@@ -56,49 +56,4 @@ TEST(Utility, SplitGranRegroupsPiecesAlongTheCoarseFields) {
     EXPECT_EQ(out, Fields({"ab", " ", "c"}));
 }
 
-TEST(Utility, SplitGranWithoutSpaceIsSplitLine) {
-    Fields out;
-    Utility::splitGran("abcd", "a;b;;c", ";", out);
-    EXPECT_EQ(out, Fields({"a", "b", "c"}));
-}
-
-TEST(Utility, ExtractWordPosSplitsTokens) {
-    struct Case {
-        const char* token;
-        const char* word;
-        const char* pos;
-    };
-    const Case cases[] = {
-        {"/w", "\xE2\x97\x87", "w"},
-        {"[abc/nr]", "abc", "nr"},
-        {"abc", "abc", ""},
-        {"\xE4\xB8\xAD\xE5\x9B\xBD/ns", "\xE4\xB8\xAD\xE5\x9B\xBD", "ns"},
-        {"a/b]c", "a", "b"},
-        {"[/x", "\xE2\x97\x87", "x"},
-        {"a/n[x", "a", "n[x"},  // a '[' after the slash does not open the word
-        {"a/b/c", "a", "b/c"},
-    };
-    for (const Case& c : cases) {
-        std::string word = "old";
-        std::string pos = "old";
-        Utility::extractWordPos(c.token, word, pos);
-        EXPECT_EQ(word, c.word) << c.token;
-        EXPECT_EQ(pos, c.pos) << c.token;
-    }
-}
-
-TEST(Utility, ShowTimesPrintsFourLabelledLines) {
-    testing::internal::CaptureStdout();
-    Utility::showTimes();
-    std::istringstream lines(testing::internal::GetCapturedStdout());
-    const char* labels[] = {"User time: ", "System time: ", "Children's user time: ",
-                            "Children's system time: "};
-    for (const char* label : labels) {
-        std::string line;
-        ASSERT_TRUE(std::getline(lines, line));
-        EXPECT_EQ(line.rfind(label, 0), 0u) << line;
-        EXPECT_EQ(line.substr(line.size() - 8), " seconds") << line;
-    }
-}
-
 }  // namespace

@@ -70,15 +70,6 @@ std::vector<double> thresholds(const WsConfig& c) {
             c.orgnizationThreshold};
 }
 
-TEST(WsConfig, AbsentKeysReadAsZeroNotAsConstructorValues) {
-    zeg_test::TempDir dir;
-    WsConfig c;
-    ASSERT_TRUE(c.init(dir.write("empty.conf", "# nothing\n").c_str()));
-    expectAllBoolsAre(c, false);
-    EXPECT_EQ(numbers(c), std::vector<long>({0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(thresholds(c), std::vector<double>({0.0, 0.0, 0.0, 0.0}));
-}
-
 TEST(WsConfig, ReadsEveryOptionFromItsKey) {
     zeg_test::TempDir dir;
     WsConfig c;
@@ -104,15 +95,6 @@ TEST(WsConfig, PlugInListsNeedThePlugInSwitch) {
     EXPECT_TRUE(c.preProcessPlugIns.empty());
 }
 
-TEST(WsConfig, EmptyPlugInValueKeepsTheList) {
-    zeg_test::TempDir dir;
-    WsConfig c;
-    ASSERT_TRUE(c.init(dir.write("a.conf", "ENABLE_PLUG_IN = true\nREVISER_PLUG_IN = r.so\n")
-                           .c_str()));
-    ASSERT_TRUE(c.init(dir.write("b.conf", "REVISER_PLUG_IN =\n").c_str()));
-    EXPECT_EQ(c.reviserPlugIns, Names({"r.so"}));
-}
-
 TEST(WsConfig, FailedInitLeavesEveryMemberAlone) {
     zeg_test::TempDir dir;
     WsConfig c;
@@ -123,15 +105,6 @@ TEST(WsConfig, FailedInitLeavesEveryMemberAlone) {
     expectAllBoolsAre(c, true);
     EXPECT_EQ(c.outType, 6);
     EXPECT_EQ(c.reviserPlugIns.size(), 2u);
-}
-
-TEST(WsConfig, PathConstructorLoadsButDoesNotReadOptions) {
-    zeg_test::TempDir dir;
-    const WsConfig c(dir.write("all.conf", kEveryOption).c_str());
-    EXPECT_EQ(c.getLong("OUT_TYPE", 0), 6);
-    EXPECT_EQ(c.outType, 1);
-    EXPECT_FALSE(c.enablePlugIn);
-    EXPECT_TRUE(c.reviserPlugIns.empty());
 }
 
 }  // namespace

@@ -12,11 +12,6 @@ std::string printed(int code, const char* arg = "ARG", const char* text = "TEXT"
     return testing::internal::GetCapturedStderr();
 }
 
-TEST(WsLogger, IsOneInstanceSeparateFromTheDefaultLogger) {
-    EXPECT_EQ(WsLogger::getWsLogger(), WsLogger::getWsLogger());
-    EXPECT_NE(static_cast<ws::Logger*>(WsLogger::getWsLogger()), ws::Logger::getLogger());
-}
-
 TEST(WsLogger, PrintErrWritesTheFixedMessageOfEachCode) {
     const std::string at = "[] [-ERROR] wsDATDict.cpp:42: ";
     const std::string bare = "[] [-ERROR]: ";
@@ -33,18 +28,6 @@ TEST(WsLogger, PrintErrWritesTheFixedMessageOfEachCode) {
     EXPECT_EQ(printed(-11), bare + "the key ARG has exsited in double-array trie .\n");
     EXPECT_EQ(printed(-12), at + "the phrase is error\n");
     EXPECT_EQ(printed(-13), at + "key1Len > keyLen\n");
-}
-
-TEST(WsLogger, PrintErrIgnoresUnknownCodes) {
-    EXPECT_EQ(printed(0), "");
-    EXPECT_EQ(printed(-14), "");
-    EXPECT_EQ(printed(3), "");
-    EXPECT_EQ(printed(-2147483647 - 1), "");
-}
-
-TEST(WsLogger, PrintErrToleratesNullArguments) {
-    EXPECT_EQ(printed(-1, nullptr, nullptr), "[] [-ERROR] wsDATDict.cpp:42: Can not open file ''\n");
-    EXPECT_EQ(printed(-5, "ARG", nullptr), "[] [-ERROR] wsDATDict.cpp:42: \n");
 }
 
 }  // namespace

@@ -45,14 +45,6 @@ TEST(BaseDict, EqualValuesShareOneEntry) {
     EXPECT_EQ(d.used(), 4);
 }
 
-TEST(BaseDict, TheArrayGrowsByEntries) {
-    BaseDict d;
-    for (int i = 0; i < 1100; ++i)
-        ASSERT_EQ(addKey(d, "k" + std::to_string(i), static_cast<float>(i)), i + 1);
-    EXPECT_EQ(d.getDataMax(), 2048u);
-    EXPECT_EQ(valueOf(d, "k1099"), 1099.0f);
-}
-
 TEST(BaseDict, RoundTripAndItsOwnMagic) {
     BaseDict d;
     for (int i = 0; i < 50; ++i) addKey(d, "key" + std::to_string(i), static_cast<float>(i % 7));

@@ -74,20 +74,6 @@ TEST_F(CharFreqDictTest, ThresholdDecidesCharInWordStrictly) {
     EXPECT_TRUE(dict.charInWord(u'中'));
 }
 
-TEST_F(CharFreqDictTest, ZeroCountsGiveNoNumbers) {
-    load("零 0 0 0 0\n", true);
-    EXPECT_TRUE(std::isnan(dict.getAloneCharProb(u'零')));
-    EXPECT_TRUE(std::isnan(dict.getCharInWordProb(u'零')));
-    dict.setThreshold(-1.0f);
-    EXPECT_FALSE(dict.charInWord(u'零'));
-}
-
-TEST_F(CharFreqDictTest, LaterLinesOverwriteAndBlanksSeparate) {
-    EXPECT_EQ(load("中 1 2 3 4\r\n中  \t 5 0 0 0 extra\r\n", true), "");
-    EXPECT_EQ(dict.getAloneCharProb(u'中'), 1.0f);
-    EXPECT_EQ(dict[u'中'].inWordCount, 0);
-}
-
 TEST_F(CharFreqDictTest, ABadLineFailsTheLoadButKeepsEarlierLines) {
     const std::string path = dir.file("charfreq.txt");
     EXPECT_THAT(load("中 1 2 3 4\n国 1 2 3\n大 1 1 1 1\n", false),
@@ -126,19 +112,6 @@ TEST_F(CharFreqDictTest, UnopenableFilesAreReported) {
     EXPECT_THAT(err, HasSubstr("wsCharFreqDict:173"));
     EXPECT_THAT(err, HasSubstr("cannot open file: " + dir.file("missing.txt")));
     EXPECT_THAT(err, HasSubstr("cannot open file: " + dir.file("folder")));
-}
-
-TEST_F(CharFreqDictTest, PrintsEachKnownCharacterAtInfoLevel) {
-    load("的 120 30 5 41\nA 1 0 0 1\n", true);
-    ws::WsLogger* log = ws::WsLogger::getWsLogger();
-    log->init("ws", "", ws::Logger::LEVEL_INFO, ws::Logger::LEVEL_INFO);
-    testing::internal::CaptureStderr();
-    dict.print();
-    const std::string out = testing::internal::GetCapturedStderr();
-    log->init("", "", ws::Logger::LEVEL_ERROR, ws::Logger::LEVEL_ERROR);
-    EXPECT_THAT(out, HasSubstr("A\t1\t1\t0.500000\t0.500000\n"));
-    EXPECT_THAT(out, HasSubstr("的\t120\t76\t0.612245\t0.387755\n"));
-    EXPECT_LT(out.find("A\t"), out.find("的\t"));
 }
 
 TEST(CharFreqDictMemory, WithoutATableLookupsGiveDefaultsAndLoadsFail) {

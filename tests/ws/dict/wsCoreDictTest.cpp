@@ -67,17 +67,6 @@ TEST_F(WsCoreDictTest, ReadersReturnEveryPart) {
     EXPECT_EQ(std::string(reinterpret_cast<char*>(usr), 3), "usr");
 }
 
-TEST_F(WsCoreDictTest, ReadersAppendAndCountWhatTheyHold) {
-    std::vector<short> props = {100};
-    std::vector<int> gran = {100};
-    std::vector<float> weights = {1};
-    // getProp and getGran count the whole vector, getPropWght what it read.
-    EXPECT_EQ(dict.getProp(value(rich), props), 3);
-    EXPECT_EQ(dict.getGran(value(rich), gran), 3);
-    EXPECT_EQ(dict.getPropWght(value(rich), props, weights), 2);
-    EXPECT_EQ(props.size(), 5u);
-}
-
 TEST_F(WsCoreDictTest, EmptyAndMissingValues) {
     unsigned char* usr = reinterpret_cast<unsigned char*>(this);
     EXPECT_EQ(dict.getUsrValue(bare, &usr), 0);

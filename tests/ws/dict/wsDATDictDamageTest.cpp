@@ -152,14 +152,4 @@ TEST_F(DATDictDamageTest, TrieValuesOutsideTheAreaFindNothing) {
     }
 }
 
-TEST_F(DATDictDamageTest, RandomByteFlipsNeverReadOutside) {
-    std::mt19937 rng(testing::UnitTest::GetInstance()->random_seed());
-    for (int round = 0; round < 300; ++round) {
-        std::string d = bytes;
-        for (int flips = 1 + static_cast<int>(rng() % 4); flips > 0; --flips)
-            d[rng() % d.size()] = static_cast<char>(rng());
-        load(d);
-    }
-}
-
 }  // namespace

@@ -129,11 +129,6 @@ TEST_F(WsDictSetTest, UserWordsWinOverBaseWordsOverAlnumWords) {
     EXPECT_EQ(matchFrom("mp3", 5), "-");
 }
 
-TEST_F(WsDictSetTest, MatchAllStopsAtMax) {
-    EXPECT_EQ(matchAllFrom("北京大学生", 7, 2), "1:alnum 3:base ");
-    EXPECT_EQ(matchAllFrom("北京大学生", 7, 0), "");
-}
-
 TEST_F(WsDictSetTest, ReadersGoThroughTheBaseDictionary) {
     unsigned char* value = nullptr;
     float weight = 0;

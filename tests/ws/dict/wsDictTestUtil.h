@@ -29,23 +29,12 @@ inline int addWord(ws::DATDict& d, const std::string& utf8, float weight,
 
 // The bytes writeDict(FILE*) produces.
 inline std::string serializeDict(ws::DATDict& d) {
-    std::FILE* f = std::tmpfile();
-    d.writeDict(f);
-    std::string bytes(static_cast<size_t>(std::ftell(f)), '\0');
-    std::rewind(f);
-    if (!bytes.empty() && std::fread(&bytes[0], 1, bytes.size(), f) != bytes.size()) bytes.clear();
-    std::fclose(f);
-    return bytes;
+    return TempDir::written([&](std::FILE* f) { d.writeDict(f); });
 }
 
 // Loads `bytes` through a stream; returns loadDict's code.
 inline int loadDictFromStream(ws::DATDict& d, const std::string& bytes) {
-    std::FILE* f = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::rewind(f);
-    const int rc = d.loadDict(f);
-    std::fclose(f);
-    return rc;
+    return d.loadDict(TempDir::stream(bytes).get());
 }
 
 // The id of a UTF-8 word through the UTF-16 lookup.

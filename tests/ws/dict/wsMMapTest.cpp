@@ -54,20 +54,6 @@ TEST(MMap, FailuresReturnMapFailed) {
     EXPECT_EQ(m.length(), 0u);
 }
 
-TEST(MMap, MappingAgainReleasesThePreviousFile) {
-    zeg_test::TempDir dir;
-    const std::string a = dir.write("a", "aaaa");
-    const std::string b = dir.write("b", "bbbb");
-    MMap m;
-    ASSERT_NE(m.mapFile(a.c_str()), MAP_FAILED);
-    ASSERT_NE(m.mapFile(b.c_str()), MAP_FAILED);
-    EXPECT_EQ(MMap::shareCount(a.c_str()), 0);
-    EXPECT_EQ(MMap::shareCount(b.c_str()), 1);
-    // The same file again keeps one reference.
-    ASSERT_NE(m.mapFile(b.c_str()), MAP_FAILED);
-    EXPECT_EQ(MMap::shareCount(b.c_str()), 1);
-}
-
 TEST(MMap, AReplacedFileIsMappedAnew) {
     zeg_test::TempDir dir;
     const std::string path = dir.write("d", "old!");
@@ -98,25 +84,6 @@ TEST(MMap, ThreadsMappingOneFileShareOneMapping) {
         for (std::thread& t : threads) t.join();
         EXPECT_EQ(MMap::shareCount(path.c_str()), kThreads);
         for (void* s : seen) EXPECT_EQ(s, seen[0]);
-    }
-    EXPECT_EQ(MMap::shareCount(path.c_str()), 0);
-}
-
-TEST(MMap, DictionariesOfOneFileShareItsMapping) {
-    zeg_test::TempDir dir;
-    ws::DATDict built;
-    zeg_test::addWord(built, "词", 1.0f);
-    const std::string path = dir.file("w.dict");
-    ASSERT_EQ(built.writeDict(path.c_str()), 0);
-    {
-        ws::DATDict a, b;
-        ASSERT_EQ(a.loadDict(path.c_str()), 0);
-        ASSERT_EQ(b.loadDict(path.c_str()), 0);
-        EXPECT_EQ(MMap::shareCount(path.c_str()), 2);
-        EXPECT_EQ(a.match(zeg_test::u16("词").data(), 2), b.match(zeg_test::u16("词").data(), 2));
-        a.clearData();
-        EXPECT_EQ(MMap::shareCount(path.c_str()), 1);
-        EXPECT_EQ(zeg_test::weightOf(b, "词"), 1.0f);
     }
     EXPECT_EQ(MMap::shareCount(path.c_str()), 0);
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsTrieBase.h"
 
@@ -47,23 +48,12 @@ inline std::vector<std::pair<int, int>> matchAll(const ws::TrieBase& t, const st
 
 // The bytes write(FILE*) produces.
 inline std::string serialize(ws::TrieBase& t) {
-    std::FILE* f = std::tmpfile();
-    t.write(f);
-    std::string bytes(static_cast<size_t>(std::ftell(f)), '\0');
-    std::rewind(f);
-    if (!bytes.empty() && std::fread(&bytes[0], 1, bytes.size(), f) != bytes.size()) bytes.clear();
-    std::fclose(f);
-    return bytes;
+    return TempDir::written([&](std::FILE* f) { t.write(f); });
 }
 
 // Loads `bytes` through a stream; returns the load result.
 inline bool loadFromStream(ws::TrieBase& t, const std::string& bytes) {
-    std::FILE* f = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::rewind(f);
-    const bool ok = t.load(f);
-    std::fclose(f);
-    return ok;
+    return t.load(TempDir::stream(bytes).get());
 }
 
 // An 8-byte aligned copy of some bytes, as a mapped file would be.

@@ -11,9 +11,6 @@ import java.util.Arrays;
 import java.util.Collections;
 import java.util.List;
 import java.util.Random;
-import java.util.concurrent.ExecutorService;
-import java.util.concurrent.Executors;
-import java.util.concurrent.Future;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.BeforeAll;
 import org.junit.jupiter.api.DynamicTest;
@@ -235,38 +232,5 @@ class NormalizerTest {
         Normalizer.unitialize();
         assertEquals(before, Normalizer.normalize("軟體下載", USUAL));
         assertTrue(!before.isEmpty());
-    }
-
-    @Test
-    void concurrentCallersGetTheSameResultsAsOne() throws Exception {
-        List<String> queries = new ArrayList<>();
-        for (String[] group : SAME_KEY) {
-            queries.addAll(Arrays.asList(group));
-        }
-        List<String> expected = new ArrayList<>();
-        for (String query : queries) {
-            expected.add(Normalizer.normalize(query, USUAL));
-        }
-        ExecutorService pool = Executors.newFixedThreadPool(4);
-        try {
-            List<Future<List<String>>> runs = new ArrayList<>();
-            for (int t = 0; t < 4; ++t) {
-                runs.add(pool.submit(() -> {
-                    List<String> results = new ArrayList<>();
-                    for (int round = 0; round < 50; ++round) {
-                        results.clear();
-                        for (String query : queries) {
-                            results.add(Normalizer.normalize(query, USUAL));
-                        }
-                    }
-                    return results;
-                }));
-            }
-            for (Future<List<String>> run : runs) {
-                assertEquals(expected, run.get());
-            }
-        } finally {
-            pool.shutdown();
-        }
     }
 }

@@ -1,4 +1,4 @@
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 
 #include <unistd.h>
 
@@ -7,9 +7,9 @@
 
 namespace zeg_tools {
 
-LineReader::LineReader(int fd, std::size_t cap) : m_fd(fd), m_cap(cap), m_buffer(65536) {}
+FdLineReader::FdLineReader(int fd, std::size_t cap) : m_fd(fd), m_cap(cap), m_buffer(65536) {}
 
-bool LineReader::fill() {
+bool FdLineReader::fill() {
     m_begin = m_end = 0;
     while (!m_eof) {
         const ssize_t n = ::read(m_fd, m_buffer.data(), m_buffer.size());
@@ -26,14 +26,14 @@ bool LineReader::fill() {
 
 // Keeps one byte past the cap: a line of exactly `cap` bytes may still end
 // in the carriage return of a CR LF pair, which is not part of it.
-void LineReader::append(std::string& line, bool& cut, const char* bytes, std::size_t n) {
+void FdLineReader::append(std::string& line, bool& cut, const char* bytes, std::size_t n) {
     const std::size_t keep = m_cap + 1;
     const std::size_t room = line.size() < keep ? keep - line.size() : 0;
     line.append(bytes, n < room ? n : room);
     if (n > room) cut = true;
 }
 
-bool LineReader::next(std::string& line, bool& cut) {
+bool FdLineReader::next(std::string& line, bool& cut) {
     line.clear();
     cut = false;
     bool any = false;

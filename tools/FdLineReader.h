@@ -1,5 +1,5 @@
-#ifndef ZEG_TOOLS_LINEREADER_H
-#define ZEG_TOOLS_LINEREADER_H
+#ifndef ZEG_TOOLS_FDLINEREADER_H
+#define ZEG_TOOLS_FDLINEREADER_H
 
 #include <cstddef>
 #include <string>
@@ -14,11 +14,11 @@ namespace zeg_tools {
 // keeps only its first `cap` bytes in memory and says that it was cut, so
 // that any line length costs bounded memory. Does not own the stream.
 // Thread safety: one object per thread.
-class LineReader {
+class FdLineReader {
 public:
-    LineReader(int fd, std::size_t cap);
-    LineReader(const LineReader&) = delete;
-    LineReader& operator=(const LineReader&) = delete;
+    FdLineReader(int fd, std::size_t cap);
+    FdLineReader(const FdLineReader&) = delete;
+    FdLineReader& operator=(const FdLineReader&) = delete;
 
     // The next line into `line` (at most `cap` bytes); `cut` tells whether
     // bytes were left out. False at the end of the stream or on a read error.
