@@ -11,7 +11,7 @@
 
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
-#include "tools/LineReader.h"
+#include "tools/FdLineReader.h"
 #include "tools/ProgressLine.h"
 #include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
@@ -63,7 +63,7 @@ int showVersion(const std::string& config) {
 template <typename Process>
 int eachLine(bool progress, Process process) {
     zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
-    zeg_tools::LineReader reader(STDIN_FILENO, kLineCap);
+    zeg_tools::FdLineReader reader(STDIN_FILENO, kLineCap);
     std::string line;
     bool cut = false;
     uint64_t lines = 0, bytes = 0;
