@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "tools/ProgressLine.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsUtility.h"
 
@@ -23,14 +24,20 @@ void addCapped(std::uint64_t& count, std::uint64_t freq) {
 
 CharFreqBuilder::CharFreqBuilder() : m_counts(0x10000) {}
 
-bool CharFreqBuilder::addFile(const std::string& path, std::string& error) {
+bool CharFreqBuilder::addFile(const std::string& path, std::string& error, ProgressLine* progress) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         error = "cannot open " + path + ": " + std::strerror(errno);
         return false;
     }
     std::string line;
-    while (std::getline(in, line)) addLine(line);
+    uint64_t bytes = 0, lines = 0;
+    while (std::getline(in, line)) {
+        addLine(line);
+        bytes += line.size() + 1;
+        if (progress != nullptr) progress->update(bytes, ++lines);
+    }
+    if (progress != nullptr) progress->finish();
     if (in.bad()) {
         error = "cannot read " + path;
         return false;

@@ -8,6 +8,8 @@
 
 namespace zeg_tools {
 
+class ProgressLine;
+
 // Derives the segmenter's character frequency file from a word list: for
 // every UTF-16 code unit, how often the list uses it as a one-character
 // word, and as the first, a middle or the final character of a longer word,
@@ -41,7 +43,7 @@ public:
 
     // Adds every entry of the word list at `path`. False, with `error` set,
     // when the file cannot be read.
-    bool addFile(const std::string& path, std::string& error);
+    bool addFile(const std::string& path, std::string& error, ProgressLine* progress = nullptr);
     // Adds one line of a word list; false when it is skipped.
     bool addLine(const std::string& line);
     // Adds `freq` uses of the word (UTF-16 code units).

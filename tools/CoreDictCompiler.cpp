@@ -1,5 +1,7 @@
 #include "tools/CoreDictCompiler.h"
 
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <cmath>
 #include <cstring>
@@ -15,12 +17,12 @@ namespace {
 
 const char kCommand[] = "zeg-dict core: ";
 
-uint64_t fileSize(std::istream& in) {
-    const auto here = in.tellg();
-    in.seekg(0, std::ios::end);
-    const auto end = in.tellg();
-    in.seekg(here);
-    return end > here ? static_cast<uint64_t>(end - here) : 0;
+// 0 for a pipe or a terminal: seeking one to measure it would put the
+// stream in a failed state and read nothing.
+uint64_t fileSize(const std::string& path) {
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) ? static_cast<uint64_t>(st.st_size)
+                                                               : 0;
 }
 
 std::string addFailure(int code) {
@@ -48,7 +50,7 @@ int CoreDictCompiler::run() {
     errno = 0;
     std::ifstream in(m_options.input, std::ios::binary);
     if (!in) return fail("cannot read " + m_options.input + ": " + std::strerror(errno));
-    if (!compile(in, fileSize(in))) return 1;
+    if (!compile(in, fileSize(m_options.input))) return 1;
     if (!writeOutputs()) return 1;
     m_err << kCommand << m_options.input << ": " << m_words << " words";
     if (m_skipped > 0) m_err << ", " << m_skipped << " malformed lines skipped";

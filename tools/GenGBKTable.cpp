@@ -1,6 +1,7 @@
-// gen_gbk_table OPENCC_TEXT OUTPUT
-// Writes the translation table's source file from iconv's GBK code page and
-// OpenCC's character table dumped as text (`opencc_dict -f ocd2 -t text`),
+// gen_gbk_table OPENCC_TEXT VARIANTS OUTPUT
+// Writes the translation table's source file from iconv's GBK code page,
+// OpenCC's character table dumped as text (`opencc_dict -f ocd2 -t text`)
+// and our list of variant characters OpenCC does not map (same format),
 // then prints the counts of the four kinds of cell.
 #include <cstdio>
 #include <fstream>
@@ -53,14 +54,16 @@ bool writeFile(const std::string& path, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        writeErrorLine("usage: gen_gbk_table OPENCC_TEXT OUTPUT");
+    if (argc != 4) {
+        writeErrorLine("usage: gen_gbk_table OPENCC_TEXT VARIANTS OUTPUT");
         return 2;
     }
-    zeg_tools::T2SMap t2s;
+    zeg_tools::T2SMap t2s, variants;
     std::vector<unsigned char> table;
-    if (!readT2S(argv[1], t2s) || !build(t2s, table)) return 1;
-    if (!writeFile(argv[2], zeg_tools::writeGBKTableSource(table))) return 1;
+    if (!readT2S(argv[1], t2s) || !readT2S(argv[2], variants)) return 1;
+    t2s.insert(variants.begin(), variants.end());  // OpenCC's entries stay
+    if (!build(t2s, table)) return 1;
+    if (!writeFile(argv[3], zeg_tools::writeGBKTableSource(table))) return 1;
     const zeg_tools::CellCounts c = zeg_tools::countCells(table);
     std::printf("identity %d, traditional->simplified %d, non-characters %d, zero-led %d\n",
                 c.identity, c.simplified, c.nonCharacters, c.ascii);

@@ -14,12 +14,18 @@ int sequenceLength(unsigned char lead, char32_t& minimum) {
     return 0;
 }
 
-// Splits "T<TAB>S1 S2 ..." into its traditional and first simplified form.
+// Splits "T<TAB>S1 S2 ..." into its traditional character and the first
+// listed form other than itself (itself when there is none).
 bool parseLine(const std::string& line, char32_t& traditional, char32_t& simplified) {
     const std::size_t tab = line.find('\t');
-    if (tab == std::string::npos) return false;
-    const std::string first = line.substr(tab + 1, line.find(' ', tab + 1) - (tab + 1));
-    return decodeOneUtf8(line.substr(0, tab), traditional) && decodeOneUtf8(first, simplified);
+    if (tab == std::string::npos || !decodeOneUtf8(line.substr(0, tab), traditional)) return false;
+    std::size_t at = tab + 1;
+    do {
+        const std::size_t end = line.find(' ', at);
+        if (!decodeOneUtf8(line.substr(at, end - at), simplified)) return false;
+        at = end == std::string::npos ? end : end + 1;
+    } while (simplified == traditional && at != std::string::npos);
+    return true;
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
 #include "tools/ZegDict.h"
 
-#include <algorithm>
+#include <sys/stat.h>
 
 #include "tools/CharFreqBuilder.h"
 #include "tools/CoreDictCompiler.h"
+#include "tools/DataFingerprint.h"
 #include "tools/ProgressLine.h"
 
 namespace zeg_tools {
@@ -26,7 +27,7 @@ const char kCoreHelp[] =
     "  --progress          show progress on the error stream (the default on a terminal)\n";
 
 const char kCharFreqHelp[] =
-    "usage: zeg-dict charfreq --input WORDS --output FILE\n"
+    "usage: zeg-dict charfreq --input WORDS --output FILE [--progress]\n"
     "\n"
     "Derives the character frequency file from a word list (the format of\n"
     "zeg-dict core's input): a one-character word adds its frequency to the\n"
@@ -34,26 +35,63 @@ const char kCharFreqHelp[] =
     "characters add it to their first, middle and final counts.\n"
     "\n"
     "  --input WORDS   UTF-8 word list, one entry a line: word [frequency] [tag]\n"
-    "  --output FILE   the character frequency file to write\n";
+    "  --output FILE   the character frequency file to write\n"
+    "  --progress      show progress on the error stream (the default on a terminal)\n";
 
-bool contains(const std::vector<std::string>& list, const std::string& name) {
-    return std::find(list.begin(), list.end(), name) != list.end();
+uint64_t fileBytes(const std::string& path) {
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode) ? static_cast<uint64_t>(st.st_size) : 0;
+}
+
+int runCore(ArgParser& args, std::ostream&, std::ostream& err) {
+    CoreDictOptions core;
+    if (!args.require("input", core.input) || !args.require("output", core.output) ||
+        !args.require("properties", core.properties)) {
+        err << args.error() << '\n';
+        return 2;
+    }
+    core.strict = args.has("strict");
+    core.progress = args.has("progress") || ProgressLine::stderrIsTerminal();
+    return CoreDictCompiler(core, err).run();
+}
+
+int runCharFreq(ArgParser& args, std::ostream&, std::ostream& err) {
+    std::string input, output, error;
+    if (!args.require("input", input) || !args.require("output", output)) {
+        err << args.error() << '\n';
+        return 2;
+    }
+    CharFreqBuilder builder;
+    ProgressLine progress(err, args.has("progress") || ProgressLine::stderrIsTerminal(),
+                          "zeg-dict charfreq", fileBytes(input));
+    if (!builder.addFile(input, error, &progress) || !builder.writeFile(output, error)) {
+        err << "zeg-dict: " << error << '\n';
+        return 1;
+    }
+    err << "zeg-dict: " << builder.wordsAdded() << " words, " << builder.linesSkipped()
+        << " lines skipped\n";
+    return 0;
 }
 
 }  // namespace
 
+ZegDictCommand coreCommand() {
+    return {"compile a word list into a core dictionary", kCoreHelp,
+            {"input", "output", "properties"}, {"strict", "progress"}, &runCore};
+}
+
+ZegDictCommand charFreqCommand() {
+    return {"derive character frequencies from a word list", kCharFreqHelp,
+            {"input", "output"}, {"progress"}, &runCharFreq};
+}
+
 ZegDict::ZegDict(std::ostream& out, std::ostream& err) : m_out(out), m_err(err) {
-    m_commands["core"] = SubCommand{"compile a word list into a core dictionary",
-                                    kCoreHelp,
-                                    {"input", "output", "properties"},
-                                    {"strict", "progress"},
-                                    &ZegDict::runCore};
-    m_commands["charfreq"] = SubCommand{"derive character frequencies from a word list",
-                                        kCharFreqHelp,
-                                        {"input", "output"},
-                                        {},
-                                        &ZegDict::runCharFreq};
-    m_commands["phrase"] = SubCommand{"compile a phrase correction table", kPhraseHelp, {"input", "output"}, {}, &ZegDict::runPhrase};
+    m_commands["core"] = coreCommand();
+    m_commands["charfreq"] = charFreqCommand();
+    m_commands["stopwords"] = stopwordsCommand();
+    m_commands["synonyms"] = synonymsCommand();
+    m_commands["reversible"] = reversibleCommand();
+    m_commands["phrase"] = phraseCommand();
     m_commands["pos-train"] = posTrainCommand();
     m_commands["pos"] = posCommand();
 }
@@ -64,7 +102,8 @@ int ZegDict::usageError(const std::string& message) {
 }
 
 void ZegDict::printHelp() const {
-    m_out << "usage: zeg-dict <sub-command> [options]\n\nSub-commands:\n";
+    m_out << "usage: zeg-dict <sub-command> [options]\n       zeg-dict --version\n\n"
+             "Sub-commands:\n";
     for (const auto& c : m_commands) m_out << "  " << c.first << "  " << c.second.summary << '\n';
     m_out << "\nzeg-dict <sub-command> --help describes each.\n";
 }
@@ -75,80 +114,30 @@ int ZegDict::run(const std::vector<std::string>& args) {
         printHelp();
         return 0;
     }
+    if (args[0] == "--version") {
+        m_out << "zeg-dict " << libraryVersion() << '\n';
+        return 0;
+    }
     const auto it = m_commands.find(args[0]);
     if (it == m_commands.end())
         return usageError("unknown sub-command '" + args[0] + "' (see zeg-dict --help)");
-    const std::vector<std::string> rest(args.begin() + 1, args.end());
-    if (contains(rest, "--help") || contains(rest, "-h")) {
-        m_out << it->second.help;
+    const ZegDictCommand& command = it->second;
+    ArgParser parser("zeg-dict", "zeg-dict " + it->first);
+    for (const auto& name : command.valueNames) parser.value(name);
+    for (const auto& name : command.flagNames) parser.flag(name);
+    if (!parser.parse(std::vector<std::string>(args.begin() + 1, args.end()))) {
+        m_err << parser.error() << '\n';
+        return 2;
+    }
+    if (parser.has("help")) {
+        m_out << command.help;
         return 0;
     }
-    Options options;
-    if (!parse(it->first, it->second, rest, options)) return 2;
-    return (this->*it->second.handler)(options);
-}
-
-bool ZegDict::parse(const std::string& name, const SubCommand& command,
-                    const std::vector<std::string>& args, Options& options) {
-    const auto bad = [&](const std::string& message) {
-        usageError(message + " (see zeg-dict " + name + " --help)");
-        return false;
-    };
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& arg = args[i];
-        if (arg.compare(0, 2, "--") != 0) return bad("unexpected argument '" + arg + "'");
-        const size_t eq = arg.find('=');
-        const std::string option = arg.substr(2, eq == std::string::npos ? eq : eq - 2);
-        if (contains(command.flagNames, option) && eq == std::string::npos) {
-            options.flags[option] = true;
-        } else if (!contains(command.valueNames, option)) {
-            return bad("unknown option '" + arg + "'");
-        } else if (eq != std::string::npos) {
-            options.values[option] = arg.substr(eq + 1);
-        } else if (i + 1 < args.size()) {
-            options.values[option] = args[++i];
-        } else {
-            return bad("option --" + option + " needs a value");
-        }
+    if (parser.has("version")) {
+        m_out << "zeg-dict " << libraryVersion() << '\n';
+        return 0;
     }
-    return true;
-}
-
-bool ZegDict::require(const std::string& name, const Options& options, const char* option,
-                      std::string& value) {
-    const auto it = options.values.find(option);
-    if (it != options.values.end() && !it->second.empty()) {
-        value = it->second;
-        return true;
-    }
-    usageError(name + ": missing --" + option + " (see zeg-dict " + name + " --help)");
-    return false;
-}
-
-int ZegDict::runCore(const Options& options) {
-    CoreDictOptions core;
-    if (!require("core", options, "input", core.input) ||
-        !require("core", options, "output", core.output) ||
-        !require("core", options, "properties", core.properties))
-        return 2;
-    core.strict = options.flags.count("strict") != 0;
-    core.progress = options.flags.count("progress") != 0 || ProgressLine::stderrIsTerminal();
-    return CoreDictCompiler(core, m_err).run();
-}
-
-int ZegDict::runCharFreq(const Options& options) {
-    std::string input, output, error;
-    if (!require("charfreq", options, "input", input) ||
-        !require("charfreq", options, "output", output))
-        return 2;
-    CharFreqBuilder builder;
-    if (!builder.addFile(input, error) || !builder.writeFile(output, error)) {
-        m_err << "zeg-dict: " << error << '\n';
-        return 1;
-    }
-    m_err << "zeg-dict: " << builder.wordsAdded() << " words, " << builder.linesSkipped()
-          << " lines skipped\n";
-    return 0;
+    return command.run(parser, m_out, m_err);
 }
 
 }  // namespace zeg_tools

@@ -6,16 +6,29 @@
 #include <string>
 #include <vector>
 
+#include "tools/ArgParser.h"
+
 namespace zeg_tools {
+
+// One sub-command of zeg-dict. Each lives in its own source file, which
+// offers a function returning its description; ZegDict's constructor lists
+// them. `run` gets the parsed options and returns the exit code: 0 done,
+// 1 the job failed, 2 a usage error (its line already written).
+struct ZegDictCommand {
+    const char* summary;                  // one line for zeg-dict --help
+    const char* help;                     // the text of zeg-dict NAME --help
+    std::vector<std::string> valueNames;  // options that take a value
+    std::vector<std::string> flagNames;   // "progress" is added to none
+    int (*run)(ArgParser& args, std::ostream& out, std::ostream& err);
+};
 
 // The command line of zeg-dict, the dictionary compiler:
 //
 //   zeg-dict <sub-command> [options]
-//   zeg-dict --help | zeg-dict <sub-command> --help
+//   zeg-dict --help | --version | zeg-dict <sub-command> --help
 //
-// Each sub-command reads "--name value" (or "--name=value") options and
-// flags. Usage errors give one line on the error stream and exit code 2;
-// a failed job exits with 1. Not thread-safe.
+// Options are parsed by ArgParser. Usage errors give one line on the error
+// stream and exit code 2; a failed job exits with 1. Not thread-safe.
 class ZegDict {
 public:
     ZegDict(std::ostream& out, std::ostream& err);
@@ -25,43 +38,23 @@ public:
     int run(const std::vector<std::string>& args);
 
 private:
-    struct Options {
-        std::map<std::string, std::string> values;
-        std::map<std::string, bool> flags;
-    };
-    struct SubCommand {
-        const char* summary;
-        const char* help;
-        std::vector<std::string> valueNames;  // options that take a value
-        std::vector<std::string> flagNames;
-        int (ZegDict::*handler)(const Options&);
-    };
-
-    // Fills `options` from `args` after the sub-command; false (with the
-    // error written) on an unknown or incomplete option.
-    bool parse(const std::string& name, const SubCommand& command,
-               const std::vector<std::string>& args, Options& options);
-    // The value of a required option, or an error when it is missing.
-    bool require(const std::string& name, const Options& options, const char* option,
-                 std::string& value);
     int usageError(const std::string& message);
     void printHelp() const;
 
-    int runCore(const Options& options);
-    int runCharFreq(const Options& options);
-    // zeg-dict phrase, in ZegDictPhrase.cpp.
-    static const char kPhraseHelp[];
-    int runPhrase(const Options& options);
-    // The part-of-speech sub-commands (ZegDictPos.cpp).
-    static SubCommand posTrainCommand();
-    static SubCommand posCommand();
-    int runPosTrain(const Options& options);
-    int runPos(const Options& options);
-
     std::ostream& m_out;
     std::ostream& m_err;
-    std::map<std::string, SubCommand> m_commands;
+    std::map<std::string, ZegDictCommand> m_commands;
 };
+
+// The sub-commands, one source file each (core and charfreq in ZegDict.cpp).
+ZegDictCommand coreCommand();
+ZegDictCommand charFreqCommand();
+ZegDictCommand stopwordsCommand();
+ZegDictCommand synonymsCommand();
+ZegDictCommand reversibleCommand();
+ZegDictCommand posTrainCommand();  // ZegDictPos.cpp
+ZegDictCommand posCommand();       // ZegDictPos.cpp
+ZegDictCommand phraseCommand();    // ZegDictPhrase.cpp
 
 }  // namespace zeg_tools
 

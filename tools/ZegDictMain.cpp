@@ -1,4 +1,6 @@
 // zeg-dict: the dictionary compiler. See tools/ZegDict.h and tools/README.md.
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -7,5 +9,10 @@
 
 int main(int argc, char** argv) {
     std::vector<std::string> args(argv + 1, argv + argc);
-    return zeg_tools::ZegDict(std::cout, std::cerr).run(args);
+    const int code = zeg_tools::ZegDict(std::cout, std::cerr).run(args);
+    if (!std::cout.flush()) {
+        std::cerr << "zeg-dict: cannot write to standard output: " << std::strerror(errno) << '\n';
+        return 1;
+    }
+    return code;
 }

@@ -8,7 +8,9 @@
 
 namespace zeg_tools {
 
-const char ZegDict::kPhraseHelp[] =
+namespace {
+
+const char kPhraseHelp[] =
     "usage: zeg-dict phrase --input TEXT --output DICT\n"
     "\n"
     "Compiles a phrase correction table into the dictionary file named by\n"
@@ -22,34 +24,41 @@ const char ZegDict::kPhraseHelp[] =
     "  --output DICT  the dictionary file to write; it is left untouched when a\n"
     "                 line is unusable (each is reported as FILE:LINE: reason)\n";
 
-int ZegDict::runPhrase(const Options& options) {
+int runPhrase(ArgParser& args, std::ostream&, std::ostream& err) {
     std::string input, output, error;
-    if (!require("phrase", options, "input", input) ||
-        !require("phrase", options, "output", output))
+    if (!args.require("input", input) || !args.require("output", output)) {
+        err << args.error() << '\n';
         return 2;
+    }
     ws::CorrectPhraseDict dict;
     if (dict.loadText(input.c_str()) != 0) {
-        m_err << "zeg-dict: phrase: cannot read " << input << ": " << std::strerror(errno)
+        err << "zeg-dict: phrase: cannot read " << input << ": " << std::strerror(errno)
               << '\n';
         return 1;
     }
     if (dict.skippedLines() > 0) {
-        m_err << "zeg-dict: phrase: " << dict.skippedLines() << " unusable lines in " << input
+        err << "zeg-dict: phrase: " << dict.skippedLines() << " unusable lines in " << input
               << "; nothing written\n";
         return 1;
     }
     AtomicFile file(output);
     if (dict.writeDict(file.tempPath().c_str()) != 0) {
-        m_err << "zeg-dict: phrase: cannot write " << output << ": " << std::strerror(errno)
+        err << "zeg-dict: phrase: cannot write " << output << ": " << std::strerror(errno)
               << '\n';
         return 1;
     }
     if (!file.commit(error)) {
-        m_err << "zeg-dict: phrase: " << error << '\n';
+        err << "zeg-dict: phrase: " << error << '\n';
         return 1;
     }
-    m_err << "zeg-dict: " << dict.phraseCount() << " phrases\n";
+    err << "zeg-dict: " << dict.phraseCount() << " phrases\n";
     return 0;
+}
+
+}  // namespace
+
+ZegDictCommand phraseCommand() {
+    return {"compile a phrase correction table", kPhraseHelp, {"input", "output"}, {}, &runPhrase};
 }
 
 }  // namespace zeg_tools

@@ -141,76 +141,77 @@ int writeTypeMap(const ws::TrigramPosDict& dict, const std::string& propsPath,
     return 0;
 }
 
-}  // namespace
-
-ZegDict::SubCommand ZegDict::posTrainCommand() {
-    return SubCommand{"count a tagged corpus for the part-of-speech tagger",
-                      kPosTrainHelp,
-                      {"input", "output-dir"},
-                      {},
-                      &ZegDict::runPosTrain};
-}
-
-ZegDict::SubCommand ZegDict::posCommand() {
-    return SubCommand{"compile the part-of-speech tagger's dictionaries",
-                      kPosHelp,
-                      {"model-dir", "output", "patch-input", "patch-output", "properties",
-                       "tag-map", "typeid2tag"},
-                      {},
-                      &ZegDict::runPos};
-}
-
-int ZegDict::runPosTrain(const Options& options) {
+int runPosTrain(ArgParser& args, std::ostream&, std::ostream& err) {
     std::string input, dir, error;
-    if (!require("pos-train", options, "input", input) ||
-        !require("pos-train", options, "output-dir", dir))
+    if (!args.require("input", input) || !args.require("output-dir", dir)) {
+        err << args.error() << '\n';
         return 2;
+    }
     PosTrainer trainer;
     if (!trainer.addFile(input, error) || !trainer.writeFiles(dir, error)) {
-        m_err << "zeg-dict: " << error << '\n';
+        err << "zeg-dict: " << error << '\n';
         return 1;
     }
-    m_err << "zeg-dict: " << trainer.tokens() << " tokens, " << trainer.words() << " words, "
-          << trainer.skipped() << " malformed tokens skipped\n";
+    err << "zeg-dict: " << trainer.tokens() << " tokens, " << trainer.words() << " words, "
+        << trainer.skipped() << " malformed tokens skipped\n";
     return 0;
 }
 
-int ZegDict::runPos(const Options& options) {
+int runPos(ArgParser& args, std::ostream&, std::ostream& err) {
     std::string dir, output;
-    if (!require("pos", options, "model-dir", dir) || !require("pos", options, "output", output))
+    if (!args.require("model-dir", dir) || !args.require("output", output)) {
+        err << args.error() << '\n';
         return 2;
-    const auto value = [&](const char* name) {
-        const auto it = options.values.find(name);
-        return it != options.values.end() ? it->second : std::string();
+    }
+    const auto value = [&](const char* name) { return args.get(name); };
+    const auto usage = [&](const char* message) {
+        err << args.usageError(message) << '\n';
+        return 2;
     };
     const bool patch = !value("patch-input").empty() || !value("patch-output").empty();
     const bool typeMap =
         !value("properties").empty() || !value("tag-map").empty() || !value("typeid2tag").empty();
     if (patch && (value("patch-input").empty() || value("patch-output").empty()))
-        return usageError("pos: --patch-input and --patch-output go together");
+        return usage("pos: --patch-input and --patch-output go together");
     if (typeMap &&
         (value("properties").empty() || value("tag-map").empty() || value("typeid2tag").empty()))
-        return usageError("pos: --properties, --tag-map and --typeid2tag go together");
+        return usage("pos: --properties, --tag-map and --typeid2tag go together");
     std::string files[6];
     for (int i = 0; i < 6; ++i) files[i] = dir + "/" + PosTrainer::kFileNames[i];
     ws::TrigramPosDict dict(nullptr);
     if (dict.loadFromFiles(files[0].c_str(), files[1].c_str(), files[2].c_str(), files[3].c_str(),
                            files[4].c_str(), files[5].c_str()) != 0) {
-        m_err << "zeg-dict: cannot build the tagger's model from " << dir << '\n';
+        err << "zeg-dict: cannot build the tagger's model from " << dir << '\n';
         return 1;
     }
     AtomicFile file(output);
     std::string error;
     if (dict.writeDict(file.tempPath().c_str()) != 0 || !file.commit(error)) {
-        m_err << "zeg-dict: cannot write " << output << ' ' << error << '\n';
+        err << "zeg-dict: cannot write " << output << ' ' << error << '\n';
         return 1;
     }
-    if (patch && compilePatch(dict, value("patch-input"), value("patch-output"), m_err) != 0)
+    if (patch && compilePatch(dict, value("patch-input"), value("patch-output"), err) != 0)
         return 1;
     if (typeMap &&
-        writeTypeMap(dict, value("properties"), value("tag-map"), value("typeid2tag"), m_err) != 0)
+        writeTypeMap(dict, value("properties"), value("tag-map"), value("typeid2tag"), err) != 0)
         return 1;
     return 0;
+}
+
+}  // namespace
+
+ZegDictCommand posTrainCommand() {
+    return {"count a tagged corpus for the part-of-speech tagger", kPosTrainHelp,
+            {"input", "output-dir"}, {}, &runPosTrain};
+}
+
+ZegDictCommand posCommand() {
+    return {"compile the part-of-speech tagger's dictionaries",
+            kPosHelp,
+            {"model-dir", "output", "patch-input", "patch-output", "properties", "tag-map",
+             "typeid2tag"},
+            {},
+            &runPos};
 }
 
 }  // namespace zeg_tools

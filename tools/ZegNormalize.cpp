@@ -4,14 +4,20 @@
 
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "jni/NormalizerBridge.h"
+#include "norm_utility/YException.h"
 #include "normalize/NormalizeIntf.h"
+#include "normalize/nmConfig.h"
+#include "tools/ArgParser.h"
+#include "tools/DataFingerprint.h"
 #include "tools/JavaText.h"
 #include "tools/FdLineReader.h"
 
@@ -19,18 +25,23 @@ namespace {
 
 const char kUsage[] =
     "usage: zeg-normalize --config FILE [--mode N] [--progress]\n"
+    "       zeg-normalize --version [--config FILE]\n"
     "\n"
     "Reads UTF-8 lines from standard input and writes each one normalised to\n"
     "standard output, exactly as the Java method Normalizer.normalize(line, N)\n"
-    "returns it: a line of 512 bytes or more gives an empty line.\n"
+    "returns it: a line of 512 bytes or more, counted as Java counts them\n"
+    "(six for a character outside the basic plane), gives an empty line.\n"
     "\n"
     "  --config FILE  the normaliser's configuration (section [SERVER])\n"
-    "  --mode N       sum of the mode bits, N > 0 (default 252):\n"
+    "  --mode N       sum of the mode bits (default 252); 0 or less gives an\n"
+    "                 empty line per input line, as the library does:\n"
     "                   2 upper case, 4 lower case, 8 full-width to half-width,\n"
     "                   16 traditional to simplified, 32 stop characters to spaces,\n"
     "                   64 synonyms, 128 segment and put the words in canonical order\n"
     "  --progress     report lines per second on standard error (the default\n"
     "                 when standard error is a terminal)\n"
+    "  --version      the library's version and a fingerprint of the data files\n"
+    "                 the configuration names (keys depend on both)\n"
     "  --help         this text\n"
     "\n"
     "Exit status: 0 done, 1 the configuration did not load or reading or\n"
@@ -40,45 +51,18 @@ struct Options {
     std::string config;
     int mode = 252;
     bool progress = false;
-    bool help = false;
 };
 
-bool parseMode(const char* text, int& mode) {
+// Any int: the library judges the mode (0 and below give an empty line
+// and its message, as through Java).
+bool parseMode(const std::string& text, int& mode) {
     char* end = nullptr;
     errno = 0;
-    const long value = std::strtol(text, &end, 10);
-    if (errno != 0 || end == text || *end != '\0' || value <= 0 || value > 0x7FFFFFFF) return false;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (errno != 0 || end == text.c_str() || *end != '\0' || value < INT_MIN || value > INT_MAX)
+        return false;
     mode = static_cast<int>(value);
     return true;
-}
-
-// The value of option `name` at argv[i], as "--name VALUE" or "--name=VALUE".
-const char* optionValue(const char* name, int argc, char** argv, int& i) {
-    const std::size_t n = std::strlen(name);
-    if (std::strncmp(argv[i], name, n) != 0) return nullptr;
-    if (argv[i][n] == '=') return argv[i] + n + 1;
-    if (argv[i][n] == '\0' && i + 1 < argc) return argv[++i];
-    return nullptr;
-}
-
-// Empty when the arguments are fine, else what is wrong with them.
-std::string parseArguments(int argc, char** argv, Options& options) {
-    for (int i = 1; i < argc; ++i) {
-        const char* value = nullptr;
-        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
-            options.help = true;
-        } else if (std::strcmp(argv[i], "--progress") == 0) {
-            options.progress = true;
-        } else if ((value = optionValue("--config", argc, argv, i)) != nullptr) {
-            options.config = value;
-        } else if ((value = optionValue("--mode", argc, argv, i)) != nullptr) {
-            if (!parseMode(value, options.mode)) return std::string("bad mode: ") + value;
-        } else {
-            return std::string("unknown or incomplete argument: ") + argv[i];
-        }
-    }
-    if (!options.help && options.config.empty()) return "--config FILE is required";
-    return std::string();
 }
 
 // Lines per second on standard error, at most once a second and only after
@@ -166,19 +150,56 @@ int run(const Options& options) {
 
 }  // namespace
 
+// The configuration, the lists, the segmenter's settings and data files.
+bool versionLine(const std::string& config, std::string& line, std::string& error) {
+    std::vector<std::string> files;
+    std::string settings;
+    if (!config.empty()) {
+        normalize::nmConfig* options = normalize::nmConfig::getInstance();
+        options->init(config);
+        files = {config, options->getStopFile(), options->getSynonymsFile()};
+        if (!zeg_tools::segmenterData(options->getwsConfig(), settings, files, error)) return false;
+    }
+    return zeg_tools::versionLine("zeg-normalize", settings, files, line, error);
+}
+
+int showVersion(const std::string& config) {
+    std::string line, error;
+    if (!versionLine(config, line, error)) {
+        std::fprintf(stderr, "zeg-normalize: %s\n", error.c_str());
+        return 1;
+    }
+    std::printf("%s\n", line.c_str());
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
 int main(int argc, char** argv) {
+    zeg_tools::ArgParser args("zeg-normalize", "zeg-normalize");
+    args.value("config").value("mode").flag("progress");
     Options options;
-    const std::string error = parseArguments(argc, argv, options);
-    if (!error.empty()) {
-        std::fprintf(stderr, "zeg-normalize: %s\n\n%s", error.c_str(), kUsage);
+    if (!args.parse(std::vector<std::string>(argv + 1, argv + argc))) {
+        std::fprintf(stderr, "%s\n", args.error().c_str());
         return 2;
     }
-    if (options.help) {
+    if (args.has("help")) {
         std::fputs(kUsage, stdout);
-        return 0;
+        return std::fflush(stdout) == 0 ? 0 : 1;
+    }
+    options.config = args.get("config");
+    options.progress = args.has("progress");
+    if (args.has("mode") && !parseMode(args.get("mode"), options.mode)) {
+        std::fprintf(stderr, "%s\n", args.usageError("bad mode '" + args.get("mode") + "'").c_str());
+        return 2;
     }
     try {
+        if (args.has("version")) return showVersion(options.config);
+        if (!args.require("config", options.config)) {
+            std::fprintf(stderr, "%s\n", args.error().c_str());
+            return 2;
+        }
         return run(options);
+    } catch (const norm_utility::YException& e) {
+        std::fprintf(stderr, "zeg-normalize: %s\n", e.GetMsg());
     } catch (const std::exception& e) {
         std::fprintf(stderr, "zeg-normalize: %s\n", e.what());
     } catch (...) {

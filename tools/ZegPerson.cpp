@@ -1,11 +1,15 @@
 // zeg-person: trains the person-name model and lists from the corpora, and
 // compiles the model's text files into the binary model.
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "tools/ArgParser.h"
+#include "tools/DataFingerprint.h"
 #include "tools/PersonNameTrainer.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsMaxentDict.h"
@@ -52,7 +56,7 @@ int train(const std::map<std::string, std::string>& o) {
         else if (kv.first == "keep-plain") opt.keepPlain = v;
         else if (kv.first == "sigma2" && v > 0) opt.sigma2 = v;
         else if (kv.first == "seed") opt.seed = static_cast<unsigned>(v);
-        else return usageError("unknown option --" + kv.first + " for train");
+        else return usageError("bad value for --" + kv.first);
     }
     if (opt.outDir.empty()) return usageError("train needs --out DIR");
     if (opt.pfr.empty() && opt.msra.empty()) return usageError("train needs --pfr or --msra");
@@ -60,9 +64,6 @@ int train(const std::map<std::string, std::string>& o) {
 }
 
 int build(const std::map<std::string, std::string>& o) {
-    for (const auto& kv : o)
-        if (kv.first != "freq" && kv.first != "alpha" && kv.first != "output")
-            return usageError("unknown option --" + kv.first + " for build");
     if (o.count("freq") == 0 || o.count("alpha") == 0 || o.count("output") == 0)
         return usageError("build needs --freq, --alpha and --output");
     ws::MaxentDict model;
@@ -74,25 +75,40 @@ int build(const std::map<std::string, std::string>& o) {
     return 0;
 }
 
+// Writes `text` to standard output; 1, reported, when that fails.
+int print(const std::string& text) {
+    if (std::cout << text << std::flush) return 0;
+    std::cerr << "zeg-person: cannot write to standard output: " << std::strerror(errno) << '\n';
+    return 1;
+}
+
+// Options each sub-command takes, all with a value.
+const std::map<std::string, std::vector<std::string>> kOptions = {
+    {"train",
+     {"out", "pfr", "msra", "msra-holdout", "iterations", "cutoff", "sigma2", "keep-plain", "seed"}},
+    {"build", {"freq", "alpha", "output"}},
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) return usageError("missing sub-command");
-    const std::string command = argv[1];
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    const std::string version = "zeg-person " + zeg_tools::libraryVersion() + "\n";
+    if (!args.empty() && (args[0] == "--help" || args[0] == "-h")) return print(kUsage);
+    if (!args.empty() && args[0] == "--version") return print(version);
+    if (args.empty()) return usageError("missing sub-command");
+    const auto command = kOptions.find(args[0]);
+    if (command == kOptions.end()) return usageError("unknown sub-command '" + args[0] + "'");
+    zeg_tools::ArgParser parser("zeg-person", "zeg-person");
+    for (const auto& name : command->second) parser.value(name);
+    if (!parser.parse(std::vector<std::string>(args.begin() + 1, args.end()))) {
+        std::cerr << parser.error() << '\n';
+        return 2;
+    }
+    if (parser.has("help")) return print(kUsage);
+    if (parser.has("version")) return print(version);
     std::map<std::string, std::string> options;
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
-            std::cout << kUsage;
-            return 0;
-        }
-    }
-    for (int i = 2; i < argc; ++i) {
-        const std::string arg = argv[i];
-        if (arg.compare(0, 2, "--") != 0 || i + 1 >= argc)
-            return usageError("expected --name VALUE, got '" + arg + "'");
-        options[arg.substr(2)] = argv[++i];
-    }
-    if (command == "train") return train(options);
-    if (command == "build") return build(options);
-    return usageError("unknown sub-command '" + command + "'");
+    for (const auto& name : command->second)
+        if (parser.has(name)) options[name] = parser.get(name);
+    return command->first == "train" ? train(options) : build(options);
 }

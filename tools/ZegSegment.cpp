@@ -1,11 +1,18 @@
 // zeg-segment: segments UTF-8 lines from standard input with a segmenter
 // configuration and prints the text output, one line per input line.
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "tools/ArgParser.h"
+#include "tools/DataFingerprint.h"
+#include "tools/FdLineReader.h"
+#include "tools/ProgressLine.h"
 #include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
 #include "ws/core/wsWsConfig.h"
@@ -14,119 +21,142 @@ namespace {
 
 const char kUsage[] =
     "usage: zeg-segment --config SEGMENTER.conf [--weights | --pos [--presegmented]]\n"
+    "                   [--progress]\n"
+    "       zeg-segment --version [--config SEGMENTER.conf]\n"
+    "\n"
     "Reads UTF-8 lines from standard input and prints each segmented, words\n"
-    "followed by a blank. --weights prints each word's types and weights.\n"
-    "--pos prints word/tag, tagged by the part-of-speech tagger the configuration\n"
-    "names (TRIGRAM_POS_DICT, TRIGRAM_POS_TYPEID2TAG, TRIGRAM_POS_PATCH_DICT).\n"
-    "--presegmented keeps the input's own words (separated by blanks) and only\n"
-    "tags them.\n"
+    "followed by a blank.\n"
+    "\n"
+    "  --config FILE   the segmenter's configuration\n"
+    "  --weights       print each word's types and weights\n"
+    "  --pos           print word/tag, tagged by the part-of-speech tagger the\n"
+    "                  configuration names (TRIGRAM_POS_DICT,\n"
+    "                  TRIGRAM_POS_TYPEID2TAG, TRIGRAM_POS_PATCH_DICT)\n"
+    "  --presegmented  keep the input's own words (separated by blanks) and only\n"
+    "                  tag them (with --pos)\n"
+    "  --progress      report lines done on standard error (the default when\n"
+    "                  standard error is a terminal)\n"
+    "  --version       the library's version and a fingerprint of the data files\n"
+    "                  the configuration names\n"
+    "\n"
     "A line that cannot be segmented is reported on standard error and printed\n"
-    "empty; the exit status is then 1.\n";
+    "empty. Exit status: 0 done, 1 the segmenter did not initialise, a line\n"
+    "could not be segmented, or reading or writing failed, 2 bad arguments.\n";
 
-struct Options {
-    const char* config = nullptr;
-    bool weights = false;
-    bool pos = false;
-    bool presegmented = false;
-};
+// Longer lines are segmented in their first this many bytes, with a warning.
+constexpr std::size_t kLineCap = 1 << 20;
 
-// 0: run; 1: help shown; 2: bad arguments (message printed).
-int parseArguments(int argc, char** argv, Options& options) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
-            std::fputs(kUsage, stdout);
-            return 1;
-        }
-        if (std::strcmp(argv[i], "--weights") == 0) {
-            options.weights = true;
-        } else if (std::strcmp(argv[i], "--pos") == 0) {
-            options.pos = true;
-        } else if (std::strcmp(argv[i], "--presegmented") == 0) {
-            options.presegmented = true;
-        } else if (std::strcmp(argv[i], "--config") == 0 && i + 1 < argc) {
-            options.config = argv[++i];
-        } else {
-            std::fprintf(stderr, "zeg-segment: unexpected argument '%s' (try --help)\n", argv[i]);
-            return 2;
-        }
+int showVersion(const std::string& config) {
+    std::vector<std::string> files;
+    std::string settings, line, error;
+    if ((!config.empty() && !zeg_tools::segmenterData(config, settings, files, error)) ||
+        !zeg_tools::versionLine("zeg-segment", settings, files, line, error)) {
+        std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
+        return 1;
     }
-    if (options.config == nullptr) {
-        std::fprintf(stderr, "zeg-segment: --config SEGMENTER.conf is required (try --help)\n");
-        return 2;
-    }
-    if (options.presegmented && !options.pos) {
-        std::fprintf(stderr, "zeg-segment: --presegmented needs --pos (try --help)\n");
-        return 2;
-    }
-    if (options.pos && options.weights) {
-        std::fprintf(stderr, "zeg-segment: --pos and --weights exclude each other (try --help)\n");
-        return 2;
-    }
-    return 0;
+    std::printf("%s\n", line.c_str());
+    return std::fflush(stdout) == 0 ? 0 : 1;
 }
 
-// Tags the blank-separated words of each line; false when stdout fails.
-bool tagLines(zeg_tools::WordTagger& tagger) {
+// Reads every line, writes what `process` makes of it (null: an empty line,
+// and exit status 1) and reports read and write errors.
+template <typename Process>
+int eachLine(bool progress, Process process) {
+    zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
+    zeg_tools::FdLineReader reader(STDIN_FILENO, kLineCap);
     std::string line;
-    while (std::getline(std::cin, line)) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        const std::string& out = tagger.tagLine(line);
-        std::fwrite(out.data(), 1, out.size(), stdout);
-        std::fputc('\n', stdout);
+    bool cut = false;
+    uint64_t lines = 0, bytes = 0;
+    bool allSegmented = true;
+    while (reader.next(line, cut)) {
+        ++lines;
+        bytes += line.size();
+        if (cut)
+            std::fprintf(stderr, "zeg-segment: line %llu: longer than %zu bytes, cut\n",
+                         static_cast<unsigned long long>(lines), kLineCap);
+        const char* out = process(line);
+        if (out == nullptr) {
+            // One output line per input line all the same, so outputs stay aligned.
+            std::fprintf(stderr,
+                         "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
+                         "of the basic multilingual plane)\n",
+                         static_cast<unsigned long long>(lines));
+            allSegmented = false;
+        }
+        if ((out != nullptr && std::fputs(out, stdout) == EOF) || std::fputc('\n', stdout) == EOF)
+            break;
+        shown.update(bytes, lines);
     }
-    return std::fflush(stdout) == 0;
+    shown.finish();
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        std::fprintf(stderr, "zeg-segment: cannot write to standard output: %s\n",
+                     std::strerror(errno));
+        return 1;
+    }
+    if (reader.failed()) {
+        std::fprintf(stderr, "zeg-segment: cannot read standard input: %s\n", std::strerror(errno));
+        return 1;
+    }
+    return allSegmented ? 0 : 1;
 }
 
 // The segmenter, with the tagger switched on when `pos` asks for it.
-bool initSegmenter(const Options& options, ws::WsSegmenter& segmenter) {
-    if (!options.pos) return segmenter.init(options.config);
+bool initSegmenter(const std::string& path, bool pos, ws::WsSegmenter& segmenter) {
+    if (!pos) return segmenter.init(path.c_str());
     ws::WsConfig config;
-    if (!config.init(options.config)) return false;
+    if (!config.init(path.c_str())) return false;
     config.enablePosTagger = 1;
     return segmenter.init(&config);
+}
+
+int usageError(const zeg_tools::ArgParser& args, const std::string& message) {
+    std::fprintf(stderr, "%s\n", args.usageError(message).c_str());
+    return 2;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    Options options;
-    const int parsed = parseArguments(argc, argv, options);
-    if (parsed != 0) return parsed == 1 ? 0 : 2;
+    zeg_tools::ArgParser args("zeg-segment", "zeg-segment");
+    args.value("config").flag("weights").flag("pos").flag("presegmented").flag("progress");
+    std::string config;
+    if (!args.parse(std::vector<std::string>(argv + 1, argv + argc))) {
+        std::fprintf(stderr, "%s\n", args.error().c_str());
+        return 2;
+    }
+    if (args.has("help")) {
+        std::fputs(kUsage, stdout);
+        return std::fflush(stdout) == 0 ? 0 : 1;
+    }
+    if (args.has("version")) return showVersion(args.get("config"));
+    if (!args.require("config", config)) {
+        std::fprintf(stderr, "%s\n", args.error().c_str());
+        return 2;
+    }
+    const bool pos = args.has("pos"), weights = args.has("weights");
+    if (args.has("presegmented") && !pos) return usageError(args, "--presegmented needs --pos");
+    if (pos && weights) return usageError(args, "--pos and --weights exclude each other");
+    const bool progress = args.has("progress") || zeg_tools::ProgressLine::stderrIsTerminal();
 
-    std::ios::sync_with_stdio(false);
-    if (options.presegmented) {
+    if (args.has("presegmented")) {
         zeg_tools::WordTagger tagger;
         std::string error;
-        if (!tagger.init(options.config, error)) {
+        if (!tagger.init(config.c_str(), error)) {
             std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
             return 1;
         }
-        return tagLines(tagger) ? 0 : 1;
+        return eachLine(progress, [&](const std::string& line) {
+            return tagger.tagLine(line).c_str();
+        });
     }
     ws::WsSegmenter segmenter;
-    if (!initSegmenter(options, segmenter)) {
+    if (!initSegmenter(config, pos, segmenter)) {
         std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
-                     options.config);
+                     config.c_str());
         return 1;
     }
-    std::string line;
-    unsigned long lineNo = 0;
-    bool allSegmented = true;
-    while (std::getline(std::cin, line)) {
-        ++lineNo;
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        const char* out = segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
-                                            options.weights ? 1 : 0);
-        if (out != nullptr) {
-            std::fwrite(out, 1, std::strlen(out), stdout);
-        } else {
-            // One output line per input line all the same, so outputs stay aligned.
-            std::fprintf(stderr, "zeg-segment: line %lu: cannot segment it (not UTF-8 text "
-                                 "of the basic multilingual plane)\n", lineNo);
-            allSegmented = false;
-        }
-        std::fputc('\n', stdout);
-    }
-    if (std::fflush(stdout) != 0) return 1;
-    return allSegmented ? 0 : 1;
+    return eachLine(progress, [&](const std::string& line) {
+        return segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
+                                 weights ? 1 : 0);
+    });
 }

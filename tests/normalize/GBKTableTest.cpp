@@ -34,6 +34,15 @@ TEST(GBKTableTest, KnownCells) {
     EXPECT_EQ(cell(0x8147), 0xB6AAu);  // 丟 -> 丢
     EXPECT_EQ(cell(0xB041), 0xF0ECu);  // 癆 -> 痨
     EXPECT_EQ(cell(0xB04B), 0xD3FAu);  // 癒 -> 愈
+    // A character listed first as itself takes its next form; variants
+    // OpenCC lacks take ours, followed to the end of the chain (徬 彷 仿).
+    EXPECT_EQ(cell(0xB274), 0xC1CBu);  // 瞭 -> 了
+    EXPECT_EQ(cell(0xB8B2), 0xB8B4u);  // 覆 -> 复
+    EXPECT_EQ(cell(0xBDE5), 0xBDE8u);  // 藉 -> 借
+    EXPECT_EQ(cell(0x8FB7), 0xB7F0u);  // 彿 -> 佛
+    EXPECT_EQ(cell(0xE1DD), 0xB7C2u);  // 彷 -> 仿
+    EXPECT_EQ(cell(0x9364), 0xB1B3u);  // 揹 -> 背
+    EXPECT_EQ(cell(0x8FCF), 0xB7C2u);  // 徬 -> 仿
     EXPECT_EQ(cell(0xB0A1), 0xB0A1u);  // 啊
     EXPECT_EQ(cell(0xA1A1), 0xA1A1u);  // ideographic space
     EXPECT_EQ(cell(0xA1F5), 0xA1F5u);  // □ itself

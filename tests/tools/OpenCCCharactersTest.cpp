@@ -15,11 +15,11 @@ bool read(const std::string& text, T2SMap& map, std::string& error) {
     return readOpenCCCharacters(in, map, error);
 }
 
-TEST(OpenCCCharactersTest, KeepsTheFirstSimplifiedForm) {
+TEST(OpenCCCharactersTest, KeepsTheFirstSimplifiedFormOtherThanItself) {
     T2SMap map;
     std::string error;
-    ASSERT_TRUE(read("丟\t丢\n\n乾\t乾 干\n鍊\t炼 链 𫔀\n", map, error)) << error;
-    EXPECT_EQ(map, (T2SMap{{U'丟', U'丢'}, {U'乾', U'乾'}, {U'鍊', U'炼'}}));
+    ASSERT_TRUE(read("丟\t丢\n\n瞭\t瞭 了\n鍊\t炼 链 𫔀\n乾\t乾\n", map, error)) << error;
+    EXPECT_EQ(map, (T2SMap{{U'丟', U'丢'}, {U'瞭', U'了'}, {U'鍊', U'炼'}, {U'乾', U'乾'}}));
 }
 
 TEST(OpenCCCharactersTest, RejectsMalformedLinesAndKeepsTheOldMap) {
@@ -27,6 +27,7 @@ TEST(OpenCCCharactersTest, RejectsMalformedLinesAndKeepsTheOldMap) {
         "丟 丢\n",        // no tab
         "丟丟\t丢\n",     // two characters
         "丟\t丢丢\n",     // a first form of two characters
+        "瞭\t瞭 了了\n",  // the form taken, of two characters
         "丟\t\n",         // no form
         "丟\t丢\r\n",     // a carriage return
         "\xE4\xB8\t丢\n"  // truncated UTF-8

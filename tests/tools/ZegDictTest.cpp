@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <sstream>
 
+#include "support/DefaultData.h"
 #include "support/TempDir.h"
 #include "ws/dict/wsPhraseDict.h"
 
@@ -40,7 +43,7 @@ TEST(ZegDict, UsageErrorsAreOneLineAndExitTwo) {
         {{"core", "words.txt"},
          "zeg-dict: unexpected argument 'words.txt' (see zeg-dict core --help)\n"},
         {{"core", "--input=a", "--output", "b"},
-         "zeg-dict: core: missing --properties (see zeg-dict core --help)\n"},
+         "zeg-dict: missing --properties (see zeg-dict core --help)\n"},
         {{"core", "--strict=yes"},
          "zeg-dict: unknown option '--strict=yes' (see zeg-dict core --help)\n"},
     };
@@ -61,6 +64,20 @@ TEST(ZegDict, CoreRunsTheCompiler) {
     const Outcome bad = run({"core", "--input", dir.file("none"), "--output", dir.file("d"),
                          "--properties", dir.file("p")});
     EXPECT_EQ(bad.code, 1);
+}
+
+// Measuring a pipe by seeking it used to fail the stream: an empty
+// dictionary and exit 0.
+TEST(ZegDict, CoreReadsAPipeToTheEnd) {
+    zeg_test::TempDir dir;
+    const std::string command = "printf '一 2 m\\n二\\n' | " + std::string(ZEG_DICT_TOOL) +
+                                " core --input /dev/stdin --output " + dir.file("d") +
+                                " --properties " + dir.file("p") + " 2>" + dir.file("err");
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream err(dir.file("err"));
+    std::string line;
+    std::getline(err, line);
+    EXPECT_EQ(line, "zeg-dict core: /dev/stdin: 2 words");
 }
 
 // A table with an unusable line writes nothing, not a table without it.

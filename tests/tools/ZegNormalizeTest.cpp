@@ -50,17 +50,51 @@ TEST_F(ZegNormalizeTest, HelpDescribesTheToolAndExitsZero) {
     EXPECT_THAT(r.out, HasSubstr("128 segment"));
 }
 
-TEST_F(ZegNormalizeTest, BadArgumentsPrintUsageAndExitTwo) {
+TEST_F(ZegNormalizeTest, BadArgumentsGiveOneLineAndExitTwo) {
     const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
     for (const std::string& arguments :
-         {std::string(""), std::string("--mode 4"), config + " --mode", config + " --mode 0",
-          config + " --mode -4", config + " --mode 4x", config + " --mode 99999999999",
-          config + " --verbose", std::string("--config")}) {
+         {std::string(""), std::string("--mode 4"), config + " --mode", config + " --mode 4x",
+          config + " --mode 99999999999", config + " --verbose", std::string("--config")}) {
         const ToolRun r = run(arguments, "abc\n");
         EXPECT_EQ(r.status, 2) << arguments;
-        EXPECT_THAT(r.err, HasSubstr("usage: zeg-normalize")) << arguments;
+        EXPECT_THAT(r.err, testing::MatchesRegex("zeg-normalize: [^\n]* \\(see zeg-normalize --help\\)\n"))
+            << arguments;
         EXPECT_EQ(r.out, "") << arguments;
     }
+}
+
+// As through Java: the library judges the mode, one (empty) line per line.
+TEST_F(ZegNormalizeTest, ModeZeroOrBelowGivesEmptyLinesAndTheLibrarysMessage) {
+    for (const char* mode : {"0", "-4"}) {
+        const ToolRun r = run(std::string("--config ") + ZEG_DEFAULT_CONFIG + " --mode " + mode,
+                              "abc\nd\n");
+        EXPECT_EQ(r.status, 0) << mode;
+        EXPECT_EQ(r.out, "\n\n") << mode;
+        EXPECT_THAT(r.err, HasSubstr(std::string("invalid input parameter [") + mode +
+                                     "] for query [abc]"));
+    }
+}
+
+// The pipeline hands an over-long query back unchanged: the tool must too,
+// characters outside the basic plane included (Java holds them as pairs).
+TEST_F(ZegNormalizeTest, OverLongInputIsEchoedIntact) {
+    const std::string ini = slurp(ZEG_DEFAULT_CONFIG);
+    const std::string config =
+        dir.write("short.ini", ini.substr(0, ini.find("MAX_INPUT_LENGTH")) + "MAX_INPUT_LENGTH=4\n");
+    const std::string line = "\xF0\x9F\x98\x80 Ｈｅｌｌｏ 北京";
+    const ToolRun r = run("--config " + config, line + "\n");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, line + "\n");
+}
+
+// Java counts the guard in modified UTF-8: six bytes for a character
+// outside the basic plane (four in the line).
+TEST_F(ZegNormalizeTest, TheGuardCountsAsJavaDoes) {
+    std::string emoji;
+    for (int i = 0; i < 85; ++i) emoji += "\xF0\x9F\x98\x80";
+    const ToolRun r = run(std::string("--mode 4 --config ") + ZEG_DEFAULT_CONFIG,
+                          emoji + "X\n" + emoji + "\xF0\x9F\x98\x80X\n");
+    EXPECT_EQ(r.out, "x\n\n");  // 511 bytes pass, 517 do not
 }
 
 TEST_F(ZegNormalizeTest, ConfigurationThatFailsShowsTheLibrarysMessagesAndExitsOne) {

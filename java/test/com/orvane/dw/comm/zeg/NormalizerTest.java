@@ -43,8 +43,8 @@ class NormalizerTest {
             軟體下載             | 8   | 軟體下載
             北京\u3000大学        | 8   | 北京大学
             北京\u3000大学        | 16  | 北京\u3000大学
-            北京的天气？          | 32  | 北京天气
-            北京的天气？          | 40  | 北京天气
+            北京的天气？          | 32  | 北京的天气
+            北京的天气？          | 40  | 北京的天气
             北京的天气？          | 16  | 北京的天气？
             《红楼梦》在线        | 32  | 红楼梦在线
             ｉＰｈｏｎｅ　１３ 價格 | 28  | iphone13价格
@@ -135,7 +135,10 @@ class NormalizerTest {
 
     @Test
     void canonicalOrderIgnoresTheOrderOfSpaceSeparatedPieces() {
-        List<String> pieces = Arrays.asList("北京", "大学", "mp3", "下载", "Ｘ");
+        // Spaces between Chinese characters go before segmentation under the default data,
+        // so the Chinese pieces are ones that cut back into themselves in any order
+        // (北京 大学 would become the one word 北京大学).
+        List<String> pieces = Arrays.asList("北京", "天气", "mp3", "下载", "Ｘ");
         Random random = new Random(8);
         for (int mode : new int[] {128, 128 | 4, 128 | 16 | 8, USUAL}) {
             String key = Normalizer.normalize(String.join(" ", pieces), mode);
