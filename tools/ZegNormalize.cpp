@@ -20,6 +20,7 @@
 #include "tools/DataFingerprint.h"
 #include "tools/JavaText.h"
 #include "tools/FdLineReader.h"
+#include "tools/StandardStreams.h"
 
 namespace {
 
@@ -135,17 +136,7 @@ int run(const Options& options) {
         progress.count();
     }
     progress.finish();
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        std::fprintf(stderr, "zeg-normalize: cannot write to standard output: %s\n",
-                     std::strerror(errno));
-        return 1;
-    }
-    if (reader.failed()) {
-        std::fprintf(stderr, "zeg-normalize: cannot read standard input: %s\n",
-                     std::strerror(errno));
-        return 1;
-    }
-    return 0;
+    return zeg_tools::finishStandardStreams("zeg-normalize", reader);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 // configuration and prints the text output, one line per input line.
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -12,6 +11,7 @@
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
 #include "tools/FdLineReader.h"
+#include "tools/StandardStreams.h"
 #include "tools/ProgressLine.h"
 #include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
@@ -88,16 +88,8 @@ int eachLine(bool progress, Process process) {
         shown.update(bytes, lines);
     }
     shown.finish();
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-        std::fprintf(stderr, "zeg-segment: cannot write to standard output: %s\n",
-                     std::strerror(errno));
-        return 1;
-    }
-    if (reader.failed()) {
-        std::fprintf(stderr, "zeg-segment: cannot read standard input: %s\n", std::strerror(errno));
-        return 1;
-    }
-    return allSegmented ? 0 : 1;
+    const int streams = zeg_tools::finishStandardStreams("zeg-segment", reader);
+    return streams != 0 || !allSegmented ? 1 : 0;
 }
 
 // The segmenter, with the tagger switched on when `pos` asks for it.

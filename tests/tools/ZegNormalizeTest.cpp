@@ -1,43 +1,24 @@
 // zeg-normalize as a user runs it: arguments, exit codes, one line out per
 // line in. (That each line is exactly what Java gets is checked by the Java
 // suite, which runs the tool beside the JNI library.)
-#include <sys/wait.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "support/DefaultData.h"
 #include "support/TempDir.h"
+#include "support/ToolRun.h"
 
 using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
 
-struct ToolRun {
-    int status;
-    std::string out, err;
-};
+using zeg_test::ToolRun;
 
 class ZegNormalizeTest : public ::testing::Test {
 protected:
-    std::string slurp(const std::string& path) const {
-        std::ifstream in(path, std::ios::binary);
-        std::ostringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-
     ToolRun run(const std::string& arguments, const std::string& input = "") {
-        const std::string in = dir.write("in", input);
-        const std::string command = std::string(ZEG_NORMALIZE_TOOL) + " " + arguments + " <" +
-                                    in + " >" + dir.file("out") + " 2>" + dir.file("err");
-        const int status = std::system(command.c_str());
-        return ToolRun{WIFEXITED(status) ? WEXITSTATUS(status) : -1, slurp(dir.file("out")),
-                   slurp(dir.file("err"))};
+        return zeg_test::runTool(dir, ZEG_NORMALIZE_TOOL, arguments, input);
     }
 
     zeg_test::TempDir dir;
@@ -78,7 +59,7 @@ TEST_F(ZegNormalizeTest, ModeZeroOrBelowGivesEmptyLinesAndTheLibrarysMessage) {
 // The pipeline hands an over-long query back unchanged: the tool must too,
 // characters outside the basic plane included (Java holds them as pairs).
 TEST_F(ZegNormalizeTest, OverLongInputIsEchoedIntact) {
-    const std::string ini = slurp(ZEG_DEFAULT_CONFIG);
+    const std::string ini = zeg_test::TempDir::read(ZEG_DEFAULT_CONFIG);
     const std::string config =
         dir.write("short.ini", ini.substr(0, ini.find("MAX_INPUT_LENGTH")) + "MAX_INPUT_LENGTH=4\n");
     const std::string line = "\xF0\x9F\x98\x80 Ｈｅｌｌｏ 北京";
