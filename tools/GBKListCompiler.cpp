@@ -129,15 +129,4 @@ bool GBKListCompiler::write(const std::string& path, const std::string& contents
     return false;
 }
 
-std::vector<std::string> splitBlanks(const std::string& text) {
-    std::vector<std::string> fields;
-    size_t at = text.find_first_not_of(" \t");
-    while (at != std::string::npos) {
-        const size_t end = text.find_first_of(" \t", at);
-        fields.push_back(text.substr(at, end == std::string::npos ? end : end - at));
-        at = text.find_first_not_of(" \t", end);
-    }
-    return fields;
-}
-
 }  // namespace zeg_tools

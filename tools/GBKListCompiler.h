@@ -55,8 +55,6 @@ private:
     unsigned m_lines = 0;
 };
 
-// Splits at runs of blanks (space, tab); no empty fields.
-std::vector<std::string> splitBlanks(const std::string& text);
 
 }  // namespace zeg_tools
 

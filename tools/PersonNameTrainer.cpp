@@ -12,6 +12,7 @@
 #include "tools/FdLineReader.h"
 #include "ws/algo/wsMEPersonNameTagger.h"
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsUtility.h"
 #include "ws/dict/wsMaxentDict.h"
 
 namespace zeg_tools {
@@ -46,16 +47,10 @@ std::string toUtf8(const char16_t* units, size_t n) {
     return std::string(b.begin(), b.end());
 }
 
+// Fields between runs of blanks; no empty ones.
 std::vector<std::string> splitBlanks(const std::string& line) {
     std::vector<std::string> out;
-    size_t i = 0;
-    while (i < line.size()) {
-        while (i < line.size() && (line[i] == ' ' || line[i] == '\t' || line[i] == '\r')) ++i;
-        size_t j = i;
-        while (j < line.size() && line[j] != ' ' && line[j] != '\t' && line[j] != '\r') ++j;
-        if (j > i) out.push_back(line.substr(i, j - i));
-        i = j;
-    }
+    ws::Utility::splitLine(line, " \t\r", out);
     return out;
 }
 

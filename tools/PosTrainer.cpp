@@ -9,6 +9,7 @@
 
 #include "tools/AtomicFile.h"
 #include "tools/FdLineReader.h"
+#include "ws/core/wsUtility.h"
 
 namespace zeg_tools {
 
@@ -17,18 +18,6 @@ namespace {
 const size_t kMaxLine = 1 << 20;
 
 bool isTagChar(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-void splitBlanks(const std::string& line, std::vector<std::string>& out) {
-    out.clear();
-    size_t i = 0;
-    while (i < line.size()) {
-        while (i < line.size() && (line[i] == ' ' || line[i] == '\t' || line[i] == '\r')) ++i;
-        size_t j = i;
-        while (j < line.size() && line[j] != ' ' && line[j] != '\t' && line[j] != '\r') ++j;
-        if (j > i) out.push_back(line.substr(i, j - i));
-        i = j;
-    }
-}
 
 }  // namespace
 
@@ -59,7 +48,7 @@ bool PosTrainer::splitToken(const std::string& token, std::string& word, std::st
 
 void PosTrainer::addLine(const std::string& line) {
     std::vector<std::string> tokens;
-    splitBlanks(line, tokens);
+    ws::Utility::splitLine(line, " \t\r", tokens);
     std::vector<std::string> tags;
     std::string word, tag;
     for (size_t i = 1; i < tokens.size(); ++i) {

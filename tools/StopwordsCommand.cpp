@@ -1,9 +1,11 @@
 // zeg-dict stopwords: our UTF-8 stop-character list to the normaliser's GBK
 // file.
 #include <set>
+#include <vector>
 
 #include "tools/GBKListCompiler.h"
 #include "tools/ZegDict.h"
+#include "ws/core/wsUtility.h"
 
 namespace zeg_tools {
 
@@ -39,7 +41,9 @@ int run(ArgParser& args, std::ostream&, std::ostream& err) {
     const bool read =
         compiler.read(input, [&](const std::string& line, unsigned, std::string& reason) {
             std::string gbk;
-            for (const std::string& word : splitBlanks(line)) {
+            std::vector<std::string> words;
+            ws::Utility::splitLine(line, " \t", words);
+            for (const std::string& word : words) {
                 if (!compiler.toGBK(word, gbk, reason)) return false;
                 if (!oneCharacter(gbk)) {
                     reason = "'" + word + "' is not one character (stop words act on characters)";

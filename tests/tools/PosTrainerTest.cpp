@@ -21,8 +21,8 @@ TEST(PosTrainer, CountsInnerWordsOfCompoundsAndMendsTypos) {
     zeg_test::TempDir dir;
     const std::string corpus =
         dir.write("c.txt",
-                  "19980101-01-001-001/m  [中央/n  人民/n  电台/n]nt  报道/vvn  ，/w  坏/\n"
-                  "19980101-01-001-002/m  人民/na  报道/v\n");
+                  "00000000-00-000-001/m  [中央/n  人民/n  电台/n]nt  报道/vvn  ，/w  坏/\n"
+                  "00000000-00-000-002/m  人民/na  报道/v\n");
     std::string err;
     ASSERT_EQ(zegDict({"pos-train", "--input", corpus, "--output-dir", dir.path()}, err), 0);
     EXPECT_NE(err.find("7 tokens, 5 words, 1 malformed tokens skipped"), std::string::npos) << err;
