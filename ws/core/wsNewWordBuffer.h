@@ -34,7 +34,13 @@ struct NewWordBuffer {
     std::vector<Record> words;   // indexed by start position
     unsigned short prop;
     float threshold;             // the recogniser's acceptance threshold
-    unsigned int count = 0;      // candidates found; 0 after init
+    // Candidates found; 0 after init. Whoever writes a record must make it
+    // non-zero: init clears only the records of a buffer written to since
+    // the last init (and any not cleared before).
+    unsigned int count = 0;
+
+private:
+    unsigned int m_clean = 0;  // records [0, m_clean) were empty at the last init
 };
 
 }  // namespace ws

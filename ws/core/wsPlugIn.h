@@ -19,7 +19,8 @@
 // What a plug-in may use: the stage interfaces (Reviser, TextProcessor), the
 // fields of TextSegmentation and SegmentResult (its cells: offset-indexed,
 // `len` code units from the cell's position, `prop`, `tag`, `wordId`,
-// `value`), the word records, and the exported helpers Utility and
+// `value`), the word records (a plug-in that adds a candidate to a
+// NewWordBuffer makes its `count` non-zero), and the exported helpers Utility and
 // EncodeConverter. Those helpers and the rest of the public segmenter live in
 // the shared library libzeg.so; link it (-lzeg). Build with the same
 // compiler and C++ standard library as the segmenter.

@@ -9,13 +9,25 @@ namespace ws {
 
 void Utility::splitLine(const std::string& line, const std::string& delims,
                         std::vector<std::string>& out) {
-    out.clear();
-    std::string::size_type start = line.find_first_not_of(delims);
-    while (start != std::string::npos) {
-        const std::string::size_type stop = line.find_first_of(delims, start);
-        out.push_back(line.substr(start, stop - start));
-        start = line.find_first_not_of(delims, stop);
+    // Loaders split every line of big files: reuse the vector's strings and
+    // test membership in a table instead of searching `delims` per byte.
+    bool isDelim[256] = {};
+    for (const char d : delims) isDelim[static_cast<unsigned char>(d)] = true;
+    const char* p = line.data();
+    const char* const end = p + line.size();
+    size_t n = 0;
+    for (;;) {
+        while (p != end && isDelim[static_cast<unsigned char>(*p)]) ++p;
+        if (p == end) break;
+        const char* const start = p;
+        while (p != end && !isDelim[static_cast<unsigned char>(*p)]) ++p;
+        if (n < out.size())
+            out[n].assign(start, static_cast<size_t>(p - start));
+        else
+            out.emplace_back(start, static_cast<size_t>(p - start));
+        ++n;
     }
+    out.resize(n);
 }
 
 void Utility::splitGran(const std::string& gran, const std::string& line,

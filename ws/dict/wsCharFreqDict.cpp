@@ -19,18 +19,46 @@ const int kOutOfMemoryLine = 34;
 const int kCannotOpenLine = 173;
 
 const std::size_t kLineBuffer = 1024;
-const char kBlanks[] = " \t\r\n";
 
 const float kDefaultAloneProb = 0.5f;
 const float kDefaultInWordProb = 0.5f;
 const float kDefaultPlaceProb = 1.0f / 6;
 
-// Base 10 with strtol's leniency (no digits read as 0), clamped to int.
-int parseCount(const std::string& field) {
-    const long v = std::strtol(field.c_str(), nullptr, 10);
+// Base 10 with strtol's leniency (leading white space and a sign
+// accepted, parsing stops at the first non-digit, no digits read as 0),
+// clamped to int. Hand-written: strtol was a third of loading the table.
+// The field is [p, end).
+int parseCount(const char* p, const char* end) {
+    while (p != end && (*p == ' ' || (*p >= '\t' && *p <= '\r'))) ++p;
+    const bool negative = p != end && *p == '-';
+    if (p != end && (*p == '-' || *p == '+')) ++p;
+    long long v = 0;
+    for (; p != end && *p >= '0' && *p <= '9'; ++p) {
+        v = v * 10 + (*p - '0');
+        if (v > static_cast<long long>(INT_MAX) + 1) break;  // clamps either way
+    }
+    if (negative) v = -v;
     if (v > INT_MAX) return INT_MAX;
     if (v < INT_MIN) return INT_MIN;
     return static_cast<int>(v);
+}
+
+// Splits `line` at blanks into at most `max` fields; the number found, which
+// may exceed `max` (the extra ones are counted, not stored). No copies: the
+// table has a line per character and loads at every start.
+size_t splitFields(const std::string& line, CharFreqDict::Field* out, size_t max) {
+    const char* p = line.data();
+    const char* const end = p + line.size();
+    auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    size_t n = 0;
+    for (;;) {
+        while (p != end && blank(*p)) ++p;
+        if (p == end) return n;
+        const char* const start = p;
+        while (p != end && !blank(*p)) ++p;
+        if (n < max) out[n] = CharFreqDict::Field{start, p};
+        ++n;
+    }
 }
 
 }  // namespace
@@ -39,7 +67,8 @@ const CharFreqEntry CharFreqDict::kNoEntry;
 
 CharFreqDict::CharFreqDict() {
     try {
-        m_table.resize(kTableSize);
+        m_entries.resize(1);
+        m_index.assign(kTableSize, 0);
     } catch (const std::bad_alloc&) {
         WsLogger::getWsLogger()->printErr(nullptr, WS_ERR_MEMORY, kSource, kOutOfMemoryLine,
                                           nullptr);
@@ -53,15 +82,14 @@ bool CharFreqDict::loadText(const char* path) {
         log->errorPos(kSource, kCannotOpenLine, "cannot open file: %s\n", path ? path : "");
         return false;
     }
-    if (m_table.empty()) {
+    if (m_index.empty()) {
         log->printErr(nullptr, WS_ERR_MEMORY, kSource, __LINE__, nullptr);
         return false;
     }
     std::string line;
-    std::vector<std::string> fields;
+    Field fields[kFields];
     while (reader.next(line)) {
-        Utility::splitLine(line, kBlanks, fields);
-        if (fields.size() < 5) {
+        if (splitFields(line, fields, kFields) < kFields) {
             log->errorPos(kSource, __LINE__, "wrong format: %s\n", path);
             return false;
         }
@@ -70,23 +98,32 @@ bool CharFreqDict::loadText(const char* path) {
     return true;
 }
 
-bool CharFreqDict::_setEntry(const std::vector<std::string>& fields, const char* path) {
-    const unsigned short c = _firstUnit(fields[0]);
+bool CharFreqDict::_setEntry(const Field* fields, const char* path) {
+    const unsigned short c = _firstUnit(fields[0].begin, fields[0].end);
     if (c == 0) {
         WsLogger::getWsLogger()->errorPos(kSource, __LINE__, "utf8 to utf16 fail: %s\n", path);
         return false;
     }
-    if (c >= m_table.size()) {
+    if (c >= m_index.size()) {
         WsLogger::getWsLogger()->errorPos(kSource, __LINE__,
                                           "no entry for character U+%04X: %s\n", c, path);
         return false;
     }
-    CharFreqEntry& e = m_table[c];
+    if (m_index[c] == 0) {
+        try {
+            m_entries.emplace_back();
+        } catch (const std::bad_alloc&) {
+            WsLogger::getWsLogger()->printErr(nullptr, WS_ERR_MEMORY, kSource, __LINE__, nullptr);
+            return false;
+        }
+        m_index[c] = static_cast<unsigned short>(m_entries.size() - 1);
+    }
+    CharFreqEntry& e = m_entries[m_index[c]];
     e.character = c;
-    e.aloneCount = parseCount(fields[1]);
-    e.firstCount = parseCount(fields[2]);
-    e.middleCount = parseCount(fields[3]);
-    e.finalCount = parseCount(fields[4]);
+    e.aloneCount = parseCount(fields[1].begin, fields[1].end);
+    e.firstCount = parseCount(fields[2].begin, fields[2].end);
+    e.middleCount = parseCount(fields[3].begin, fields[3].end);
+    e.finalCount = parseCount(fields[4].begin, fields[4].end);
     // Unsigned sums: counts near INT_MAX wrap instead of overflowing.
     const unsigned inWord = static_cast<unsigned>(e.firstCount) +
                             static_cast<unsigned>(e.middleCount) +
@@ -147,15 +184,20 @@ float CharFreqDict::getFinalCharProb(const std::string& s) const {
 }
 
 unsigned short CharFreqDict::_firstUnit(const std::string& s) {
+    return _firstUnit(s.data(), s.data() + s.size());
+}
+
+unsigned short CharFreqDict::_firstUnit(const char* begin, const char* end) {
     unsigned short c = 0;
-    const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(s.data()),
-                                               s.size(), &c, 1);
+    const int n = EncodeConverter::utf8ToUtf16(reinterpret_cast<const unsigned char*>(begin),
+                                               static_cast<size_t>(end - begin), &c, 1);
     return n < 1 ? 0 : c;
 }
 
 void CharFreqDict::print() const {
     WsLogger* log = WsLogger::getWsLogger();
-    for (const CharFreqEntry& e : m_table) {
+    for (const unsigned short k : m_index) {
+        const CharFreqEntry& e = m_entries[k];
         if (e.character == 0) continue;
         unsigned char utf8[4];
         const int n = EncodeConverter::utf16ToUtf8(&e.character, 1, utf8, sizeof utf8);

@@ -32,13 +32,21 @@ struct CharFreqEntry {
 //   <character> <alone> <first> <middle> <final>
 // fields separated by spaces or tabs (a trailing carriage return is
 // tolerated), read in pieces of at most 1023 bytes. A table entry per code
-// unit 0 .. 0xFFFE makes every lookup one array access; 0xFFFF has none.
-// Not copyable (a 65535-entry table). Thread safety: lookups only read and
+// unit 0 .. 0xFFFE makes every lookup two array accesses (an index per
+// unit, then the entries of the characters the file names); 0xFFFF has none.
+// Not copyable (a 65535-entry index). Thread safety: lookups only read and
 // may run concurrently once loading is over; loadText and setThreshold need
 // exclusive use.
 class CharFreqDict {
 public:
     static constexpr unsigned int kTableSize = 65535;
+    // The fields a line needs: character, alone, first, middle, final.
+    static constexpr size_t kFields = 5;
+    // One field of a line, [begin, end).
+    struct Field {
+        const char* begin;
+        const char* end;
+    };
 
     // Allocates the empty table; when memory runs out, logs "Out of Memory"
     // and stays without a table (every lookup then gives the defaults and
@@ -60,7 +68,7 @@ public:
 
     // The entry of `code`; an empty entry for 0xFFFF and beyond.
     const CharFreqEntry& operator[](unsigned int code) const {
-        return code < m_table.size() ? m_table[code] : kNoEntry;
+        return code < m_index.size() ? m_entries[m_index[code]] : kNoEntry;
     }
 
     // Probabilities of `c` standing alone, occurring in a word, and being a
@@ -92,14 +100,18 @@ private:
 
     // Sets the entry of the line's fields; false, logged, when the
     // character has no entry.
-    bool _setEntry(const std::vector<std::string>& fields, const char* path);
+    bool _setEntry(const Field* fields, const char* path);
     // The probability `field` of c's entry, or `def` when c has no line.
     float _prob(unsigned short c, float CharFreqEntry::*field, float def) const;
     // The first character of `s` as one code unit; 0 when there is none.
     static unsigned short _firstUnit(const std::string& s);
+    static unsigned short _firstUnit(const char* begin, const char* end);
 
     float m_threshold = 0.8f;
-    std::vector<CharFreqEntry> m_table;
+    // Entry 0 is the empty one every unnamed unit points at; a full table
+    // of entries would cost megabytes and their zeroing at every start.
+    std::vector<unsigned short> m_index;
+    std::vector<CharFreqEntry> m_entries;
 };
 
 }  // namespace ws

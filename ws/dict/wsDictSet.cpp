@@ -88,11 +88,15 @@ WsCoreDict* WsDictSet::dictAt(size_t k) const {
 
 WsCoreDict* WsDictSet::whichDict(int id, int& localId) const {
     if (id < 0 || m_offsets.empty()) return nullptr;
-    const auto it = std::upper_bound(m_offsets.begin(), m_offsets.end(), id);
-    if (it == m_offsets.end()) return nullptr;
-    const size_t k = static_cast<size_t>(it - m_offsets.begin()) - 1;
-    localId = id - m_offsets[k];
-    return dictAt(k);
+    // A handful of dictionaries, and most ids are the base's: a scan from
+    // the front beats a binary search.
+    for (size_t k = 1; k < m_offsets.size(); ++k) {
+        if (id < m_offsets[k]) {
+            localId = id - m_offsets[k - 1];
+            return dictAt(k - 1);
+        }
+    }
+    return nullptr;
 }
 
 int WsDictSet::getValue(int id, unsigned char** value, float& weight) const {
@@ -208,6 +212,10 @@ int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
     Matches* merged = &lists[2];
     auto mergeIn = [&](const WsCoreDict& dict, int offset, bool userRule) {
         collect(dict, offset, key, len, max, *fresh);
+        if (sofar->count == 0) {  // nothing to merge with: the new list is the merge
+            std::swap(sofar, fresh);
+            return;
+        }
         merge(*sofar, *fresh, userRule, max, *merged);
         std::swap(sofar, merged);
     };

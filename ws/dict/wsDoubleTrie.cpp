@@ -43,6 +43,7 @@ void DoubleTrie::clear() {
     m_rearUsers.clear();
     m_freeEntries.clear();
     m_buildable = false;
+    std::vector<int32_t>().swap(m_pairStates);
 }
 
 const char* DoubleTrie::toolsVersion() const { return kMagic; }
@@ -87,6 +88,7 @@ bool DoubleTrie::load(std::FILE* fp) {
     if (!m_rear.load(fp)) return failLoad(std::string("Rigth trie load failed: ") + m_front.get_err());
     m_table = m_storage.data();
     m_owned = true;
+    buildPairStates();
     return true;
 }
 
@@ -122,6 +124,7 @@ char* DoubleTrie::load(char* buffer, unsigned long size) {
         m_table = m_storage.data();
         m_owned = true;
     }
+    buildPairStates();
     return end;
 }
 
@@ -173,28 +176,65 @@ int DoubleTrie::match(const unsigned char* key, int len) const {
     return m == len ? m_front.endValue(s) : 0;
 }
 
+bool DoubleTrie::visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
+                       int& count) const {
+    if (isSeparator(s)) {
+        const int e = separatorEntry(s);
+        if (e == 0 || !m_rear.isState(m_table[e].rear)) return true;
+        int n = 0;
+        const int end = m_rear.matchReverse(key + i + 1, len - i - 1, m_table[e].rear, n);
+        if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
+        return true;
+    }
+    const int t = m_front.next(s, DoubleArrayTrie::kCodeEnd);
+    if (t != 0) out[count++] = MatchInfo{i, m_front.cells()[t].base};
+    return false;
+}
+
+void DoubleTrie::buildPairStates() {
+    std::vector<int32_t>().swap(m_pairStates);
+    if (m_front.length() < kPairTableMinCells) return;
+    std::vector<int32_t> states(kPairCount, 0);
+    const int root = m_front.root();
+    for (int b0 = 0; b0 < 256; ++b0) {
+        const int s1 = m_front.next(root, b0);
+        if (s1 == 0) continue;
+        if (isSeparator(s1) || m_front.next(s1, DoubleArrayTrie::kCodeEnd) != 0) {
+            for (int b1 = 0; b1 < 256; ++b1) states[b0 | b1 << 8] = kPairSlow;
+            continue;
+        }
+        for (int b1 = 0; b1 < 256; ++b1) states[b0 | b1 << 8] = m_front.next(s1, b1);
+    }
+    m_pairStates.swap(states);
+}
+
 int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
     int count = 0;
     int s = m_front.root();
-    for (int i = 0; i < len && count < max; ++i) {
+    int i = 0;
+    // The first two bytes in one step where the table says nothing can
+    // match before them.
+    if (len >= 2 && !m_pairStates.empty()) {
+        const int t = m_pairStates[key[0] | key[1] << 8];
+        if (t == 0) return 0;
+        if (t != kPairSlow) {
+            s = t;
+            i = 1;
+            if (visit(s, i, key, len, out, count)) return count;
+            ++i;
+        }
+    }
+    for (; i < len && count < max; ++i) {
         s = m_front.next(s, key[i]);
         if (s == 0) break;
-        if (isSeparator(s)) {
-            const int e = separatorEntry(s);
-            if (e == 0 || !m_rear.isState(m_table[e].rear)) break;
-            int n = 0;
-            const int end = m_rear.matchReverse(key + i + 1, len - i - 1, m_table[e].rear, n);
-            if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
-            break;
-        }
-        const int t = m_front.next(s, DoubleArrayTrie::kCodeEnd);
-        if (t != 0) out[count++] = MatchInfo{i, m_front.cells()[t].base};
+        if (visit(s, i, key, len, out, count)) break;
     }
     return count;
 }
 
 void DoubleTrie::prepareForAdd() {
+    std::vector<int32_t>().swap(m_pairStates);  // rebuilt by the next load only
     if (m_front.length() == 0) {
         init();
         return;

@@ -95,6 +95,13 @@ private:
     // The value of `key` when it continues separator entry `e`; 0 otherwise.
     int tailValue(int e, const unsigned char* tail, int len) const;
 
+    // Checks front state `s`, reached by key byte `i`: adds its match to
+    // out[count] (end mark, or a separator's tail that the key continues).
+    // True when the walk ends here (a separator).
+    bool visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
+               int& count) const;
+    // Fills m_pairStates for a loaded trie big enough to gain from it.
+    void buildPairStates();
     void resetHeader();
     bool failLoad(const std::string& message);
     // Reads magic and entry count from the kHeaderSize bytes at `header`.
@@ -126,6 +133,15 @@ private:
     std::vector<Entry> m_storage;
     bool m_owned = false;
     char m_err[512] = {};
+    // The front state after each two-byte prefix (first byte low), so that
+    // matchAll skips the two walks from the root, whose cells most lookups
+    // would otherwise fetch: 0 when no key starts so, kPairSlow when a key
+    // ends or a tail starts after the first byte. Built at load, for big
+    // tries only; empty while the trie is being built.
+    static const int kPairCount = 65536;
+    static const int kPairSlow = -1;
+    static const int kPairTableMinCells = 1 << 16;
+    std::vector<int32_t> m_pairStates;
 };
 
 // Relocation callback installed on the rear trie: entries follow the state.
