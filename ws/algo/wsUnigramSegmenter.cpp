@@ -6,6 +6,7 @@
 #include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsLogger.h"
 #include "ws/core/wsTextSegmentation.h"
+#include "ws/dict/wsDATDict.h"
 #include "ws/dict/wsDictSet.h"
 
 namespace ws {
@@ -118,16 +119,16 @@ void UnigramSegmenter::_dictEdges(TextSegmentation& seg, unsigned int i, bool fu
     const unsigned int n = seg.textLen;
     const int MAX_WORD_LEN = 32;
     TrieBase::MatchInfo matches[MAX_WORD_LEN];
+    const char* records[MAX_WORD_LEN];
     const int found =
         m_dicts == nullptr ? 0
                            : m_dicts->matchAll(reinterpret_cast<const char*>(seg.text + i),
-                                               (n - i) * 2, matches, MAX_WORD_LEN,
+                                               (n - i) * 2, matches, records, MAX_WORD_LEN,
                                                kBaseAndUserDicts);
     unsigned int e = i + 1;
     for (int m = 0; m < found; ++m) {
-        unsigned char* value = nullptr;
-        float weight = 0;
-        m_dicts->getValue(matches[m].value, &value, weight);
+        unsigned char* value = DATDict::recordValue(records[m]);
+        const float weight = DATDict::recordWeight(records[m]);
         e = i + static_cast<unsigned int>(matches[m].pos + 1) / 2;
         if (e <= i || e > n) continue;  // a match outside the key would be a broken trie
         if (!_relax(seg, i, e, static_cast<double>(weight) - m_logTotal)) continue;
@@ -191,9 +192,13 @@ void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
     if (!_fits(seg) || seg.result.cells.size() < n) return;
     const RunBuffers runs = {bufferOf(seg, WS_PROPERTY_LET), bufferOf(seg, WS_PROPERTY_NUM),
                              bufferOf(seg, WS_PROPERTY_LETNUM)};
+    // The buffers with candidates, in their order; most hold none.
+    m_active.clear();
+    for (const NewWordBuffer& buffer : seg.newWordBuffers)
+        if ((buffer.count & 0xFF) != 0) m_active.push_back(&buffer);
     for (unsigned int i = 0; i < n; ++i) {
         _dictEdges(seg, i, true);
-        _newWordEdges(seg, i, runs);
+        if (!m_active.empty()) _newWordEdges(seg, i, runs);
     }
     _backtrace(seg);
 }
@@ -201,8 +206,8 @@ void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
 void UnigramSegmenter::_newWordEdges(TextSegmentation& seg, unsigned int i,
                                      const RunBuffers& runs) {
     const unsigned int n = seg.textLen;
-    for (const NewWordBuffer& buffer : seg.newWordBuffers) {
-        if ((buffer.count & 0xFF) == 0) continue;
+    for (const NewWordBuffer* active : m_active) {
+        const NewWordBuffer& buffer = *active;
         const unsigned int len = candidateAt(&buffer, i);
         if (len == 0) continue;
         const unsigned int e = i + len;

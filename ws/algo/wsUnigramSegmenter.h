@@ -8,6 +8,7 @@
 namespace ws {
 
 class WsDictSet;
+struct NewWordBuffer;
 
 // The statistical segmenter: of all cuts of the text into dictionary words
 // (base and user dictionaries), recognised new words and single characters
@@ -73,7 +74,7 @@ private:
     // Dictionary edges from i (or the unknown-character edge); `full` also
     // resets the taken nodes' new-word fields.
     void _dictEdges(TextSegmentation& seg, unsigned int i, bool full);
-    // Edges of the new words starting at i.
+    // Edges of the new words starting at i, from the buffers in m_active.
     void _newWordEdges(TextSegmentation& seg, unsigned int i, const RunBuffers& runs);
     // The alnum-dictionary word that the recognised runs at i cover exactly;
     // false when none does. `type` gets the runs' property.
@@ -96,6 +97,8 @@ private:
     std::vector<unsigned short> m_attr;
     std::vector<const std::vector<short>*> m_subWords;  // a new-word record's list; not owned
     std::vector<unsigned char> m_partNum;
+    // The text's new-word buffers that hold candidates (kept for its memory).
+    std::vector<const NewWordBuffer*> m_active;
 };
 
 }  // namespace ws

@@ -255,12 +255,20 @@ const char* DATDict::match(const char* key, unsigned len) const {
 
 int DATDict::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
                       unsigned max) const {
+    return matchRecords(key, len, out, nullptr, max);
+}
+
+int DATDict::matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
+                          const char** records, unsigned max) const {
     const int n = m_trie->matchAll(bytes(key), clampInt(len), out, clampInt(max));
     // Values that name no record (damaged data) are dropped.
     int kept = 0;
     for (int i = 0; i < n; ++i) {
-        if (out[i].value > 0 && (*this)[static_cast<unsigned>(out[i].value)] != nullptr)
-            out[kept++] = out[i];
+        const char* record =
+            out[i].value > 0 ? (*this)[static_cast<unsigned>(out[i].value)] : nullptr;
+        if (record == nullptr) continue;
+        if (records != nullptr) records[kept] = record;
+        out[kept++] = out[i];
     }
     return kept;
 }

@@ -82,6 +82,10 @@ public:
     // Returns their number.
     virtual int matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
                          unsigned max) const;
+    // The same, with each match's record (never null) in `records` (room
+    // for `max`, or null).
+    int matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
+                     const char** records, unsigned max) const;
 
     // Adds a word given as UTF-8 (`len` bytes) with its record: a null
     // `weight` means 1.0; `extra` holds extraLen bytes (may be null only
@@ -137,6 +141,13 @@ public:
     // Record fields, read unaligned. REQUIRES: a record from operator[].
     static float recordWeight(const char* record);
     static uint32_t recordLength(const char* record);
+    // The extra bytes of `record` as getValue gives them: null when empty.
+    static unsigned char* recordValue(const char* record) {
+        // The bytes may lie in a read-only mapping; callers only read them.
+        return recordLength(record) > 0
+                   ? reinterpret_cast<unsigned char*>(const_cast<char*>(record + kRecordHead))
+                   : nullptr;
+    }
 
 protected:
     // The header as stored, one 24-byte block.

@@ -167,12 +167,8 @@ int WsDictSet::getWordId(const unsigned short* word, unsigned len, unsigned char
 
 void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
                         unsigned max, Matches& out) {
-    out.count = dict.matchAll(key, len, out.info, max);
-    for (int i = 0; i < out.count; ++i) {
-        // matchAll keeps only ids of records inside the area.
-        out.weight[i] = DATDict::recordWeight(dict[static_cast<unsigned>(out.info[i].value)]);
-        out.info[i].value += offset;
-    }
+    out.count = dict.matchRecords(key, len, out.info, out.record, max);
+    for (int i = 0; i < out.count; ++i) out.info[i].value += offset;
 }
 
 void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, unsigned max,
@@ -186,12 +182,13 @@ void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, u
             const Matches& from = takeList ? list : next;
             int& at = takeList ? i : j;
             out.info[n] = from.info[at];
-            out.weight[n++] = from.weight[at++];
+            out.record[n++] = from.record[at++];
             continue;
         }
-        const bool listWins = !userRule || list.weight[i] > next.weight[j];
+        const bool listWins = !userRule || DATDict::recordWeight(list.record[i]) >
+                                               DATDict::recordWeight(next.record[j]);
         out.info[n] = listWins ? list.info[i] : next.info[j];
-        out.weight[n++] = listWins ? list.weight[i] : next.weight[j];
+        out.record[n++] = listWins ? list.record[i] : next.record[j];
         ++i;
         ++j;
     }
@@ -200,13 +197,34 @@ void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, u
 
 int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
                         unsigned char mask) const {
-    if (!m_loaded || out == nullptr) return 0;
+    const char* records[kMaxMatches];
+    return matchAll(key, len, out, records, max, mask);
+}
+
+int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
+                        const char** records, unsigned max, unsigned char mask) const {
+    if (!m_loaded || out == nullptr || records == nullptr) return 0;
     max = std::min(max, kMaxMatches);
+    const size_t users = (mask & kUser) != 0 ? m_users.size() : 0;
+    const bool base = (mask & kBase) != 0;
+    const bool alnum = (mask & kAlnum) != 0;
+    if (users + base + alnum == 1) {  // one dictionary: its list is the answer
+        Matches only = {out, records, 0};
+        if (users == 1) collect(*m_users[0], m_offsets[2], key, len, max, only);
+        if (base) collect(*m_base, m_offsets[0], key, len, max, only);
+        if (alnum) collect(*m_alnum, m_offsets[1], key, len, max, only);
+        return only.count;
+    }
+    return mergeAll(key, len, out, records, max, mask);
+}
+
+int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
+                        const char** records, unsigned max, unsigned char mask) const {
     // Three lists rotate: the merged list so far, one dictionary's matches,
     // and the merge of the two.
     TrieBase::MatchInfo info[3][kMaxMatches];
-    float weight[3][kMaxMatches];
-    Matches lists[3] = {{info[0], weight[0], 0}, {info[1], weight[1], 0}, {info[2], weight[2], 0}};
+    const char* record[3][kMaxMatches];
+    Matches lists[3] = {{info[0], record[0], 0}, {info[1], record[1], 0}, {info[2], record[2], 0}};
     Matches* sofar = &lists[0];
     Matches* fresh = &lists[1];
     Matches* merged = &lists[2];
@@ -225,6 +243,7 @@ int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
     if ((mask & kBase) != 0) mergeIn(*m_base, m_offsets[0], false);
     if ((mask & kAlnum) != 0) mergeIn(*m_alnum, m_offsets[1], false);
     std::copy(sofar->info, sofar->info + sofar->count, out);
+    std::copy(sofar->record, sofar->record + sofar->count, records);
     return sofar->count;
 }
 

@@ -65,6 +65,10 @@ public:
     // user word wins over a base word, which wins over an alnum word.
     int matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
                  unsigned char mask) const;
+    // The same, with each match's record in `records` (never null; read it
+    // with DATDict::recordWeight and recordValue, as getValue would).
+    int matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, const char** records,
+                 unsigned max, unsigned char mask) const;
     // The global id of the word (`len` UTF-16 units), chosen as in match;
     // -1 when it is in none of the masked dictionaries.
     int getWordId(const unsigned short* word, unsigned len, unsigned char mask) const;
@@ -85,17 +89,21 @@ public:
     size_t userDictCount() const { return m_users.size(); }
 
 private:
-    // One dictionary's matches with global ids and their weights.
+    // One dictionary's matches with global ids and their records.
     struct Matches {
         TrieBase::MatchInfo* info;
-        float* weight;
+        const char** record;
         int count;
     };
 
     bool buildOffsets();
+    // matchAll over several dictionaries (kept apart: its lists take 12 KB
+    // of stack that the one-dictionary case does without).
+    int mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out, const char** records,
+                 unsigned max, unsigned char mask) const;
     // The k-th dictionary in offset order (base, alnum, users).
     WsCoreDict* dictAt(size_t k) const;
-    // The matches of one dictionary, with global ids and record weights.
+    // The matches of one dictionary, with global ids and records.
     static void collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
                         unsigned max, Matches& out);
     // Merges `list` (the earlier dictionaries) and `next` into `out` by
