@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <strings.h>
 
 #include "ws/core/wsBufferGrowth.h"
 
@@ -13,6 +14,12 @@ namespace {
 bool isContinuation(unsigned char c) { return c >= 0x80 && c <= 0xBF; }
 
 bool inRange(unsigned char c, unsigned char lo, unsigned char hi) { return c >= lo && c <= hi; }
+
+// The encoding names the tables serve, as callers spell them.
+bool isGbk(const char* name) { return strcasecmp(name, "gbk") == 0; }
+bool isUtf8(const char* name) {
+    return strcasecmp(name, "utf-8") == 0 || strcasecmp(name, "utf8") == 0;
+}
 
 // Counts of one IsUTF8 walk.
 struct Utf8Census {
@@ -49,7 +56,15 @@ int AlgoIconv::open(const char* fromCode, const char* toCode) {
     close();
     if (fromCode == nullptr || toCode == nullptr) return -1;
     m_cd = iconv_open(toCode, fromCode);
-    return isOpen() ? 0 : -1;
+    if (!isOpen()) return -1;
+    if (isGbk(fromCode) && isUtf8(toCode)) {
+        m_codec = GbkCodec::instance();
+        m_direction = GbkCodec::kGbkToUtf8;
+    } else if (isUtf8(fromCode) && isGbk(toCode)) {
+        m_codec = GbkCodec::instance();
+        m_direction = GbkCodec::kUtf8ToGbk;
+    }
+    return 0;
 }
 
 void AlgoIconv::close() {
@@ -57,6 +72,7 @@ void AlgoIconv::close() {
         iconv_close(m_cd);
         m_cd = kClosed;
     }
+    m_codec = nullptr;
 }
 
 int AlgoIconv::conv(const void* input, int length, std::vector<char>& output) {
@@ -68,10 +84,17 @@ int AlgoIconv::conv(const void* input, int length, std::vector<char>& output) {
     std::size_t inLeft = static_cast<std::size_t>(length);
     char* out = output.data();
     std::size_t outLeft = output.size();
-    if (!isOpen())
-        inLeft = 0;  // every call would fail and skip a byte: same result, no work
-    else
-        iconv(m_cd, nullptr, nullptr, nullptr, nullptr);  // forget a previous call's state
+    if (!isOpen()) inLeft = 0;  // every call would fail and skip a byte: same result, no work
+    if (m_codec != nullptr && inLeft > 0) {
+        std::size_t done = 0, written = 0;
+        m_codec->convert(m_direction, reinterpret_cast<const unsigned char*>(in), inLeft, &done,
+                         reinterpret_cast<unsigned char*>(out), outLeft, &written);
+        in += done;
+        inLeft -= done;
+        out += written;
+        outLeft -= written;
+    }
+    if (inLeft > 0) iconv(m_cd, nullptr, nullptr, nullptr, nullptr);  // forget a previous call's state
     while (inLeft > 0) {
         if (iconv(m_cd, &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1)) break;
         if (errno == E2BIG) break;

@@ -3,6 +3,8 @@
 
 #include <iconv.h>
 
+#include "norm_utility/GbkCodec.h"
+
 #include <string>
 #include <vector>
 
@@ -30,6 +32,8 @@ public:
     // conversion stops when the room is full. Undecodable input bytes are
     // skipped one at a time. A zero byte follows the converted bytes.
     // Returns the number of converted bytes. Allocates only to grow `output`.
+    // Between GBK and UTF-8, characters go through tables of iconv's own
+    // answers (GbkCodec) and only the rest through iconv: same bytes.
     int conv(const void* input, int length, std::vector<char>& output);
 
     // One-shot conversion with a descriptor of its own and a single iconv
@@ -55,6 +59,9 @@ private:
     static inline const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);
 
     iconv_t m_cd = kClosed;
+    // Set for GBK <-> UTF-8: the characters its tables know skip iconv.
+    const GbkCodec* m_codec = nullptr;
+    GbkCodec::Direction m_direction = GbkCodec::kGbkToUtf8;
 };
 
 }  // namespace norm_utility

@@ -15,18 +15,14 @@ const unsigned short kNameProps = WS_PROPERTY_PER_RULE | WS_PROPERTY_PER_ME;
 }
 
 bool ResultText::_append(const unsigned short* text, unsigned int units) {
-    char buf[3 * 256 + 1];
-    unsigned int done = 0;
-    while (done < units) {
-        const unsigned int n = std::min(units - done, 256u);
-        const int bytes = EncodeConverter::utf16ToUtf8(text + done, n,
-                                                       reinterpret_cast<unsigned char*>(buf),
-                                                       sizeof buf);
-        if (bytes < 1) return false;
-        m_text.append(buf, static_cast<size_t>(bytes));
-        done += n;
-    }
-    return true;
+    // Converted in place at the end of the text: no bounce buffer.
+    const size_t old = m_text.size();
+    const size_t room = 3 * static_cast<size_t>(units) + 1;
+    m_text.resize(old + room);
+    const int bytes = EncodeConverter::utf16ToUtf8(
+        text, units, reinterpret_cast<unsigned char*>(&m_text[old]), room);
+    m_text.resize(bytes < 1 ? old : old + static_cast<size_t>(bytes));
+    return bytes >= 1 || units == 0;
 }
 
 int ResultText::renderPlain(const std::vector<WORD_T>& words, bool original,

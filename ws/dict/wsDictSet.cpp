@@ -230,7 +230,8 @@ int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
     Matches* merged = &lists[2];
     auto mergeIn = [&](const WsCoreDict& dict, int offset, bool userRule) {
         collect(dict, offset, key, len, max, *fresh);
-        if (sofar->count == 0) {  // nothing to merge with: the new list is the merge
+        if (fresh->count == 0) return;  // nothing new: the list so far is the merge
+        if (sofar->count == 0) {        // nothing to merge with: the new list is the merge
             std::swap(sofar, fresh);
             return;
         }
