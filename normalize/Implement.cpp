@@ -27,13 +27,6 @@ void collapseSpaces(std::string& text) {
     text.erase(std::unique(text.begin(), text.end(), doubled), text.end());
 }
 
-using HashedWord = std::pair<std::pair<unsigned int, unsigned int>, std::string>;
-
-HashedWord hashed(const std::string& word) {
-    const char* s = word.c_str();
-    return {{CNormHashtable::hashString(s, 0), CNormHashtable::hashString(s, 1)}, word};
-}
-
 }  // namespace
 
 // One message covers the synonym file's and the segmenter's settings
@@ -95,7 +88,8 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
     words.clear();
     if (query.empty()) return 0;
 
-    const std::string gbk = inputIsGbk ? query : convert(m_utf8ToGbk, query);
+    if (!inputIsGbk) convert(m_utf8ToGbk, query, m_gbk);
+    const std::string& gbk = inputIsGbk ? query : m_gbk;
     int maxInputLength = 0;
     try {
         maxInputLength = nmConfig::getInstance()->getMaxInputLength();
@@ -108,8 +102,10 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
                        "input as normalization result.");
         if (outputIsGbk)
             out = gbk;
+        else if (inputIsGbk)
+            convert(m_gbkToUtf8, query, out);
         else
-            out = inputIsGbk ? convert(m_gbkToUtf8, query) : query;
+            out = query;
         return 0;
     }
     if (mode <= 0) {
@@ -118,7 +114,8 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
         return -1;
     }
 
-    std::string text = Translate(gbk, mode);
+    std::string& text = m_text;
+    Translate(gbk, mode, text);
     AlgoUtil::trim(text);
     collapseSpaces(text);
     if (text.empty()) return 0;
@@ -134,8 +131,11 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
         for (std::string& word : words) word = _getSynonymsWord(word, mode);
     }
 
-    std::string joined = joinWords(words, mode);
-    out = outputIsGbk ? joined : convert(m_gbkToUtf8, joined);
+    joinWords(words, mode, m_joined);
+    if (outputIsGbk)
+        out = m_joined;
+    else
+        convert(m_gbkToUtf8, m_joined, out);
     return 0;
 }
 
@@ -144,10 +144,10 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
 // synonym file use, a listed word is found. Case bits of `mode` have already
 // done their work in Translate and do not change the lookup; the replacement
 // comes back as the file spells it.
-std::string Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
-    std::string key = word;
-    AlgoUtil::stringToupper(key);
-    const auto found = gSynonymsWords.find(key);
+const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
+    m_key = word;
+    AlgoUtil::stringToupper(m_key);
+    const auto found = gSynonymsWords.find(m_key);
     return found == gSynonymsWords.end() ? word : found->second;
 }
 
@@ -163,29 +163,36 @@ void Implement::_split(std::vector<std::string>& words, const std::string& text)
     }
 }
 
-std::string Implement::convert(norm_utility::AlgoIconv& converter, const std::string& text) {
+void Implement::convert(norm_utility::AlgoIconv& converter, const std::string& text,
+                        std::string& out) {
     reserveForUtf8(m_buffer, text.size());
     const int n = converter.conv(text.data(), static_cast<int>(text.size()), m_buffer);
-    return std::string(m_buffer.data(), static_cast<std::size_t>(n));
+    out.assign(m_buffer.data(), static_cast<std::size_t>(n));
 }
 
 // The words in list order, or in canonical (hash) order with "的" and every
 // space left out, so that word order and spacing cannot tell two queries apart.
-std::string Implement::joinWords(const std::vector<std::string>& words, int mode) {
+void Implement::joinWords(const std::vector<std::string>& words, int mode, std::string& joined) {
     const bool canonical = (mode & kCanonicalOrder) != 0;
-    std::vector<HashedWord> list;
-    list.reserve(words.size());
-    for (const std::string& word : words) list.push_back(hashed(word));
-    if (canonical) std::sort(list.begin(), list.end());
-
-    std::string joined;
-    for (const HashedWord& entry : list) {
-        if (canonical && entry.second == kGbkDe) continue;
-        joined += entry.second;
+    // Sorted by hash, then text: equal entries are equal words, so the
+    // order among them cannot show.
+    m_order.clear();
+    for (const std::string& word : words) {
+        const char* s = word.c_str();
+        m_order.push_back({{CNormHashtable::hashString(s, 0), CNormHashtable::hashString(s, 1)}, &word});
+    }
+    if (canonical) {
+        std::sort(m_order.begin(), m_order.end(), [](const auto& a, const auto& b) {
+            return a.first != b.first ? a.first < b.first : *a.second < *b.second;
+        });
+    }
+    joined.clear();
+    for (const auto& entry : m_order) {
+        if (canonical && *entry.second == kGbkDe) continue;
+        joined += *entry.second;
     }
     AlgoUtil::trim(joined);
     if (canonical) joined.erase(std::remove(joined.begin(), joined.end(), ' '), joined.end());
-    return joined;
 }
 
 }  // namespace normalize

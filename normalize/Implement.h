@@ -54,18 +54,28 @@ public:
                     std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk);
 
 private:
-    // The replacement of `word` in the synonym map, or `word` itself.
-    std::string _getSynonymsWord(const std::string& word, int mode);
+    // The replacement of `word` in the synonym map, or `word` itself (a
+    // reference valid until the next call).
+    const std::string& _getSynonymsWord(const std::string& word, int mode);
     // Appends to `words` every piece of `text` between single spaces.
     void _split(std::vector<std::string>& words, const std::string& text);
 
-    std::string convert(norm_utility::AlgoIconv& converter, const std::string& text);
-    std::string joinWords(const std::vector<std::string>& words, int mode);
+    // Converts `text` into `out` (which must not be `text`).
+    void convert(norm_utility::AlgoIconv& converter, const std::string& text, std::string& out);
+    // Joins `words` into `joined` as the mode says.
+    void joinWords(const std::vector<std::string>& words, int mode, std::string& joined);
 
     nmSegment m_segment;
     norm_utility::AlgoIconv m_gbkToUtf8;
     norm_utility::AlgoIconv m_utf8ToGbk;
+    // Work space kept from query to query, so that a warm worker does not
+    // allocate for the usual query.
     std::vector<char> m_buffer;
+    std::string m_gbk;
+    std::string m_text;
+    std::string m_key;
+    std::string m_joined;
+    std::vector<std::pair<std::pair<unsigned int, unsigned int>, const std::string*>> m_order;
 };
 
 }  // namespace normalize

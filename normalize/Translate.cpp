@@ -116,9 +116,15 @@ std::size_t translateWithStops(const unsigned char* b, std::size_t size, int mod
 }  // namespace
 
 std::string Translate(const std::string& query, int mode) {
+    std::string result;
+    Translate(query, mode, result);
+    return result;
+}
+
+void Translate(const std::string& query, int mode, std::string& result) {
     // No piece is longer than the bytes it stands for, so the result fits in
     // the query's length; it is written in place, then cut to size.
-    std::string result(query.size(), '\0');
+    result.assign(query.size(), '\0');
     const auto* b = reinterpret_cast<const unsigned char*>(query.c_str());
     std::size_t n = 0;
     if ((mode & kStopToSpace) && !gStopWords.empty())
@@ -126,7 +132,6 @@ std::string Translate(const std::string& query, int mode) {
     else
         n = translateInto(b, mode, &result[0], [](const Piece&) { return false; });
     result.resize(n);
-    return result;
 }
 
 }  // namespace normalize

@@ -23,6 +23,8 @@ enum TranslateMode {
 // gStopWords when kStopToSpace is set, so it must not run while a loader
 // fills that set.
 std::string Translate(const std::string& query, int mode);
+// The same into `result` (not `query`), reusing its memory.
+void Translate(const std::string& query, int mode, std::string& result);
 
 // First byte of a double-byte GBK character. 0xFE is deliberately refused,
 // although the table has its row.

@@ -47,10 +47,9 @@ int nmSegment::doSegment(const std::string& gbkText, std::vector<std::string>& w
     }
     reserveForUtf8(m_buffer, gbkText.size());
     int n = m_gbkToUtf8.conv(gbkText.data(), static_cast<int>(gbkText.size()), m_buffer);
-    const std::string utf8(m_buffer.data(), static_cast<std::size_t>(n));
-
-    m_result.clear();
-    if (!segment(utf8.c_str(), static_cast<unsigned int>(utf8.length()), m_result)) {
+    // The result's lists stay allocated from call to call: a successful
+    // segment() replaces them whole.
+    if (!segment(m_buffer.data(), static_cast<unsigned int>(n), m_result)) {
         writeErrorLine("[nmSegment::doSegment] do zeg segment failed for query [" + gbkText + "]");
         return -1;
     }
