@@ -320,58 +320,55 @@ def within_characters(path_a, path_b):
 
 # --- the table -----------------------------------------------------------------
 
-def throughput_rows(systems, results, unit, scale):
-    """Rows of (system, figure, run s, load s, process s, peak MiB)."""
-    rows = []
+def seconds(system, run):
+    """What a figure is taken from: a driver's own run seconds, or zeg's wall."""
+    return float(run.figures['run_s']) if system.in_process else run.wall
+
+
+def paired(results, system, base, key):
+    """Median over the rounds of key(base) / key(system): each round ran both
+    one after the other, so the ratio rides out the machine's drift."""
+    return statistics.median(key(base, b) / key(system, a)
+                             for a, b in zip(results[system.name], results[base.name]))
+
+
+def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
+    peers = [s for s in systems if s.name not in zeg_names]
+    fastest = min(peers, key=lambda s: median(results[s.name], lambda r: seconds(s, r)))
+    zegs = [s for s in systems if s.name in zeg_names]
+    # zeg counts the same input as the peers do
+    amount = float(results[fastest.name][0].figures[unit]) / scale
+    print('\n' + title)
+    header = '%-40s %-13s %11s %8s %7s %8s %9s %9s %10s' % (
+        'system', 'measured', figure_name, 'run s', 'spread', 'load s', 'process s',
+        'peak MiB', 'x fastest')
+    print(header + (' %10s' % 'x 1st zeg' if len(zegs) > 1 else ''))
     for s in systems:
         runs = results[s.name]
-        process = median(runs, lambda r: r.wall)
-        if s.in_process:
-            seconds = median(runs, lambda r: float(r.figures['run_s']))
-            load = median(runs, lambda r: float(r.figures['load_s']))
-            amount = float(runs[0].figures[unit])
-        else:
-            seconds, load = process, None
-            amount = None
-        rows.append([s, seconds, load, process, median(runs, lambda r: r.peak_kib) / 1024.0,
-                     amount])
-    # zeg counts the same input as the peers do
-    amount = next((r[5] for r in rows if r[5] is not None), None)
-    for row in rows:
-        row[5] = amount / scale / row[1] if amount else float('nan')
-    return rows
-
-
-def print_table(title, rows, figure_name, zeg_names):
-    peers = [r for r in rows if r[0].name not in zeg_names]
-    fastest = max(r[5] for r in peers) if peers else None
-    first_zeg = next((r for r in rows if r[0].name in zeg_names), None)
-    print('\n' + title)
-    header = '%-34s %-13s %12s %9s %8s %10s %9s %10s' % (
-        'system', 'measured', figure_name, 'run s', 'load s', 'process s', 'peak MiB',
-        'x fastest')
-    if len(zeg_names) > 1:
-        header += ' %10s' % 'x 1st zeg'
-    print(header)
-    for s, seconds, load, process, peak, figure in rows:
-        line = '%-34s %-13s %12.6g %9.3f %8s %10.3f %9.1f %10.3f' % (
-            s.name, s.kind, figure, seconds, '-' if load is None else '%.3f' % load, process,
-            peak, figure / fastest if fastest else float('nan'))
-        if len(zeg_names) > 1:
-            line += ' %10.3f' % (figure / first_zeg[5])
+        run_s = median(runs, lambda r: seconds(s, r))
+        spread = (max(seconds(s, r) for r in runs) - min(seconds(s, r) for r in runs)) / run_s
+        load = '%.3f' % median(runs, lambda r: float(r.figures['load_s'])) if s.in_process else '-'
+        figure = '%.2f' % (amount / run_s) if scale > 1 else '%.0f' % (amount / run_s)
+        line = '%-40s %-13s %11s %8.3f %6.0f%% %8s %9.3f %9.1f %10.3f' % (
+            s.name, s.kind, figure, run_s, 100 * spread, load,
+            median(runs, lambda r: r.wall), median(runs, lambda r: r.peak_kib) / 1024.0,
+            paired(results, s, fastest, seconds))
+        if len(zegs) > 1:
+            line += ' %10.3f' % paired(results, s, zegs[0], seconds)
         print(line)
 
 
 def print_startup(systems, results, zeg_names):
-    print('\n4. Start-up: whole process on a 1-line input (medians)')
+    print('\n4. Start-up: whole process on a 1-line input (medians; x fastest: time over the '
+          'fastest peer\'s)')
     peers = [s for s in systems if s.name not in zeg_names]
-    fastest = min(median(results[s.name], lambda r: r.wall) for s in peers)
-    print('%-34s %10s %9s %10s' % ('system', 'wall ms', 'peak MiB', 'x fastest'))
+    fastest = min(peers, key=lambda s: median(results[s.name], lambda r: r.wall))
+    print('%-40s %10s %9s %10s' % ('system', 'wall ms', 'peak MiB', 'x fastest'))
     for s in systems:
-        wall = median(results[s.name], lambda r: r.wall)
-        print('%-34s %10.1f %9.1f %10.3f' % (
-            s.name, wall * 1000, median(results[s.name], lambda r: r.peak_kib) / 1024.0,
-            wall / fastest))
+        print('%-40s %10.1f %9.1f %10.3f' % (
+            s.name, median(results[s.name], lambda r: r.wall) * 1000,
+            median(results[s.name], lambda r: r.peak_kib) / 1024.0,
+            1 / paired(results, s, fastest, lambda _, r: r.wall)))
 
 
 # --- main ------------------------------------------------------------------------
@@ -411,6 +408,8 @@ def parse_args():
     if args.runs < 1:
         parser.error('--runs must be at least 1')
     args.zeg_build = [os.path.abspath(b) for b in args.zeg_build or [os.path.join(ROOT, 'build')]]
+    if len(set(args.zeg_build)) != len(args.zeg_build):
+        parser.error('--zeg-build names the same tree twice')
     return args
 
 
@@ -441,13 +440,13 @@ def main():
     norm_runs, norm_out = measure(normalisers, inputs['queries'], args.work, 'queries', args.runs)
     one_runs, _ = measure(segmenters + normalisers, inputs['one'], args.work, 'one', args.runs)
 
-    print_table('1. Segmentation of %.2f MB of manpages-zh prose (medians; x fastest: MB/s '
-                'over the fastest peer\'s)' % text_mb,
-                throughput_rows(segmenters, text_runs, 'bytes', 1e6), 'MB/s', zeg_names)
+    print_table('1. Segmentation of %.2f MB of manpages-zh prose (medians; x fastest: speed '
+                'over the fastest peer\'s, paired by round)' % text_mb,
+                segmenters, text_runs, 'bytes', 1e6, 'MB/s', zeg_names)
     print_table('2. %d query-like lines of 4-12 characters' % args.short_lines,
-                throughput_rows(segmenters, short_runs, 'lines', 1), 'lines/s', zeg_names)
+                segmenters, short_runs, 'lines', 1, 'lines/s', zeg_names)
     print_table('3. Normalisation of %d traditional-Chinese queries' % args.queries,
-                throughput_rows(normalisers, norm_runs, 'lines', 1), 'queries/s', zeg_names)
+                normalisers, norm_runs, 'lines', 1, 'queries/s', zeg_names)
     print_startup(segmenters + normalisers, one_runs, zeg_names)
 
     print('\nSanity (word-boundary F1 between Han characters, against cppjieba):')
@@ -459,17 +458,17 @@ def main():
             f1, note = agreement(outs[s.name], outs[cppjieba.name])
             if f1 is None:
                 healthy = False
-                print('  %-12s %-34s %s' % (tag, s.name, note))
+                print('  %-12s %-40s %s' % (tag, s.name, note))
                 continue
             low = s.name in zeg_names and f1 < MIN_AGREEMENT
             healthy = healthy and not low
-            print('  %-12s %-34s %6.1f%%  %s%s' % (tag, s.name, 100 * f1, note,
+            print('  %-12s %-40s %6.1f%%  %s%s' % (tag, s.name, 100 * f1, note,
                                                     '  TOO LOW' if low else ''))
     for s in zeg_norm:
         share = within_characters(norm_out[s.name], norm_out[peer_norm.name])
         low = share < MIN_AGREEMENT
         healthy = healthy and not low
-        print('  queries      %-34s %6.1f%% of lines hold only characters of the peers\' line%s' % (
+        print('  queries      %-40s %6.1f%% of lines hold only characters of the peers\' line%s' % (
             s.name, 100 * share, '  TOO LOW' if low else ''))
     if not healthy:
         die('the outputs disagree more than expected; see %s/out' % args.work)
