@@ -268,6 +268,12 @@ def median(runs, key):
 
 # --- sanity checks -----------------------------------------------------------
 
+def read_lines(path):
+    with open(path, encoding='utf-8') as f:
+        text = f.read()
+    return (text[:-1] if text.endswith('\n') else text).split('\n')
+
+
 def boundaries(line):
     """The characters of a segmented line (blanks dropped) and the offsets
     where one word ends and the next begins."""
@@ -285,8 +291,7 @@ def agreement(path_a, path_b):
     letters are left out). Lines whose characters differ are skipped."""
     both = only = 0
     skipped = 0
-    with open(path_a, encoding='utf-8') as fa, open(path_b, encoding='utf-8') as fb:
-        a_lines, b_lines = fa.read().split('\n'), fb.read().split('\n')
+    a_lines, b_lines = read_lines(path_a), read_lines(path_b)
     if len(a_lines) != len(b_lines):
         return None, 'line counts differ: %d vs %d' % (len(a_lines), len(b_lines))
     for la, lb in zip(a_lines, b_lines):
@@ -309,8 +314,7 @@ def within_characters(path_a, path_b):
     """Share of lines whose normalised form A holds only characters of B's,
     order and blanks aside: both fold case, width and script alike, and zeg
     then drops stop characters."""
-    with open(path_a, encoding='utf-8') as fa, open(path_b, encoding='utf-8') as fb:
-        a_lines, b_lines = fa.read().split('\n'), fb.read().split('\n')
+    a_lines, b_lines = read_lines(path_a), read_lines(path_b)
     if len(a_lines) != len(b_lines):
         return 0.0
     same = sum(not Counter(''.join(a.split())) - Counter(''.join(b.split()))
