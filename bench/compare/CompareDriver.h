@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <ctime>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -56,13 +57,20 @@ inline double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// The one line run.py parses: load and run seconds, lines and input bytes.
-inline void printFigures(double loadSeconds, double runSeconds,
+// Processor seconds since START (a std::clock() reading): on a shared
+// machine they vary less than wall seconds.
+inline double cpuSecondsSince(std::clock_t start) {
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+// The one line run.py parses: load, run and run-processor seconds, lines and
+// input bytes.
+inline void printFigures(double loadSeconds, double runSeconds, double cpuSeconds,
                          const std::vector<std::string>& lines) {
   size_t bytes = 0;
   for (const std::string& line : lines) bytes += line.size() + 1;
-  std::printf("load_s=%.6f run_s=%.6f lines=%zu bytes=%zu\n", loadSeconds, runSeconds,
-              lines.size(), bytes);
+  std::printf("load_s=%.6f run_s=%.6f cpu_s=%.6f lines=%zu bytes=%zu\n", loadSeconds,
+              runSeconds, cpuSeconds, lines.size(), bytes);
 }
 
 // True for a word of blanks only: peers emit the separators as words.

@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
   }
   double load = compare::secondsSince(start);
 
+  std::clock_t cpuStart = std::clock();
   start = std::chrono::steady_clock::now();
   std::string text;
   UText* utext = nullptr;
@@ -47,8 +48,9 @@ int main(int argc, char** argv) {
   }
   utext_close(utext);
   double run = compare::secondsSince(start);
+  double cpu = compare::cpuSecondsSince(cpuStart);
 
   if (!compare::writeText(argv[2], text)) return 1;
-  compare::printFigures(load, run, lines);
+  compare::printFigures(load, run, cpu, lines);
   return 0;
 }

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
   cppjieba::MPSegment segmenter(argv[1]);
   double load = compare::secondsSince(start);
 
+  std::clock_t cpuStart = std::clock();
   start = std::chrono::steady_clock::now();
   std::string text, folded;
   icu::UnicodeString wide;
@@ -59,8 +60,9 @@ int main(int argc, char** argv) {
     text += '\n';
   }
   double run = compare::secondsSince(start);
+  double cpu = compare::cpuSecondsSince(cpuStart);
 
   if (!compare::writeText(argv[3], text)) return 1;
-  compare::printFigures(load, run, lines);
+  compare::printFigures(load, run, cpu, lines);
   return 0;
 }

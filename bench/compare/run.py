@@ -200,12 +200,13 @@ def make_inputs(work, megabytes, short_lines, queries):
 
 class Run:
     """One whole process: wall seconds, peak RSS (KiB), and the figure line
-    an in-process driver prints. The peak comes from /usr/bin/time: a child
+    an in-process driver prints. The peak and the processor seconds come
+    from /usr/bin/time: a child
     forked from this script would count this script's own pages."""
 
     def __init__(self, args, stdin, stdout):
         peak_path = stdout + '.peak'
-        args = ['/usr/bin/time', '-f', '%M', '-o', peak_path] + args
+        args = ['/usr/bin/time', '-f', '%M %U %S', '-o', peak_path] + args
         # stderr to a file: a pipe nobody reads could block the child
         with open(stdin, 'rb') as fin, open(stdout, 'wb') as fout, \
                 open(stdout + '.err', 'wb+') as ferr:
@@ -218,7 +219,8 @@ class Run:
                 err = ferr.read().decode('utf-8', 'replace').strip()[-300:]
                 die('%s exited %d: %s' % (' '.join(args), proc.returncode, err))
         with open(peak_path) as f:
-            self.peak_kib = int(f.read().split()[-1])
+            peak, user, system = f.read().split('\n')[-2].split()
+        self.peak_kib, self.cpu = int(peak), float(user) + float(system)
         self.figures = {}
 
 
@@ -329,6 +331,10 @@ def seconds(system, run):
     return float(run.figures['run_s']) if system.in_process else run.wall
 
 
+def cpu_seconds(system, run):
+    return float(run.figures['cpu_s']) if system.in_process else run.cpu
+
+
 def paired(results, system, base, key):
     """Median over the rounds of key(base) / key(system): each round ran both
     one after the other, so the ratio rides out the machine's drift."""
@@ -343,9 +349,9 @@ def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
     # zeg counts the same input as the peers do
     amount = float(results[fastest.name][0].figures[unit]) / scale
     print('\n' + title)
-    header = '%-40s %-13s %11s %8s %7s %8s %9s %9s %10s' % (
+    header = '%-40s %-13s %11s %8s %7s %8s %9s %9s %10s %7s %9s' % (
         'system', 'measured', figure_name, 'run s', 'spread', 'load s', 'process s',
-        'peak MiB', 'x fastest')
+        'peak MiB', 'x fastest', 'cpu s', 'x by cpu')
     print(header + (' %10s' % 'x 1st zeg' if len(zegs) > 1 else ''))
     for s in systems:
         runs = results[s.name]
@@ -353,10 +359,11 @@ def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
         spread = (max(seconds(s, r) for r in runs) - min(seconds(s, r) for r in runs)) / run_s
         load = '%.3f' % median(runs, lambda r: float(r.figures['load_s'])) if s.in_process else '-'
         figure = '%.2f' % (amount / run_s) if scale > 1 else '%.0f' % (amount / run_s)
-        line = '%-40s %-13s %11s %8.3f %6.0f%% %8s %9.3f %9.1f %10.3f' % (
+        line = '%-40s %-13s %11s %8.3f %6.0f%% %8s %9.3f %9.1f %10.3f %7.3f %9.3f' % (
             s.name, s.kind, figure, run_s, 100 * spread, load,
             median(runs, lambda r: r.wall), median(runs, lambda r: r.peak_kib) / 1024.0,
-            paired(results, s, fastest, seconds))
+            paired(results, s, fastest, seconds), median(runs, lambda r: cpu_seconds(s, r)),
+            paired(results, s, fastest, cpu_seconds))
         if len(zegs) > 1:
             line += ' %10.3f' % paired(results, s, zegs[0], seconds)
         print(line)
