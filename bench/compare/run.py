@@ -2,7 +2,8 @@
 """zeg beside its peers (cppjieba, ICU, python3-jieba, OpenCC) on the same
 inputs in one run; prints one table with the ratios. See README.md.
 
-usage: run.py [--zeg-build DIR]... [--work DIR] [--runs N] [--skip-deps]
+usage: run.py [--zeg-build DIR]... [--work DIR] [--runs N] [--text-mb MB]
+              [--short-lines N] [--queries N] [--skip-deps]
 """
 import argparse
 import glob
@@ -12,10 +13,10 @@ import random
 import re
 import shutil
 import statistics
-from collections import Counter
 import subprocess
 import sys
 import time
+from collections import Counter
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 ROOT = os.path.dirname(os.path.dirname(HERE))
@@ -200,27 +201,28 @@ def make_inputs(work, megabytes, short_lines, queries):
 
 class Run:
     """One whole process: wall seconds, peak RSS (KiB), and the figure line
-    an in-process driver prints. The peak and the processor seconds come
-    from /usr/bin/time: a child
-    forked from this script would count this script's own pages."""
+    an in-process driver prints. The peak comes from /usr/bin/time: a child
+    forked from this script would count this script's own pages. The
+    processor seconds are those of /usr/bin/time and the program it ran."""
 
     def __init__(self, args, stdin, stdout):
         peak_path = stdout + '.peak'
-        args = ['/usr/bin/time', '-f', '%M %U %S', '-o', peak_path] + args
+        args = ['/usr/bin/time', '-f', '%M', '-o', peak_path] + args
         # stderr to a file: a pipe nobody reads could block the child
         with open(stdin, 'rb') as fin, open(stdout, 'wb') as fout, \
                 open(stdout + '.err', 'wb+') as ferr:
             start = time.monotonic()
             proc = subprocess.Popen(args, stdin=fin, stdout=fout, stderr=ferr)
-            proc.wait()
+            _, status, usage = os.wait4(proc.pid, 0)
             self.wall = time.monotonic() - start
+            proc.returncode = os.waitstatus_to_exitcode(status)
             if proc.returncode != 0:
                 ferr.seek(0)
                 err = ferr.read().decode('utf-8', 'replace').strip()[-300:]
                 die('%s exited %d: %s' % (' '.join(args), proc.returncode, err))
         with open(peak_path) as f:
-            peak, user, system = f.read().split('\n')[-2].split()
-        self.peak_kib, self.cpu = int(peak), float(user) + float(system)
+            self.peak_kib = int(f.read().split()[-1])
+        self.cpu = usage.ru_utime + usage.ru_stime
         self.figures = {}
 
 
@@ -345,6 +347,7 @@ def paired(results, system, base, key):
 def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
     peers = [s for s in systems if s.name not in zeg_names]
     fastest = min(peers, key=lambda s: median(results[s.name], lambda r: seconds(s, r)))
+    fastest_cpu = min(peers, key=lambda s: median(results[s.name], lambda r: cpu_seconds(s, r)))
     zegs = [s for s in systems if s.name in zeg_names]
     # zeg counts the same input as the peers do
     amount = float(results[fastest.name][0].figures[unit]) / scale
@@ -352,7 +355,7 @@ def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
     header = '%-40s %-13s %11s %8s %7s %8s %9s %9s %10s %7s %9s' % (
         'system', 'measured', figure_name, 'run s', 'spread', 'load s', 'process s',
         'peak MiB', 'x fastest', 'cpu s', 'x by cpu')
-    print(header + (' %10s' % 'x 1st zeg' if len(zegs) > 1 else ''))
+    print(header + (' %10s %10s' % ('x 1st zeg', 'by cpu') if len(zegs) > 1 else ''))
     for s in systems:
         runs = results[s.name]
         run_s = median(runs, lambda r: seconds(s, r))
@@ -363,9 +366,10 @@ def print_table(title, systems, results, unit, scale, figure_name, zeg_names):
             s.name, s.kind, figure, run_s, 100 * spread, load,
             median(runs, lambda r: r.wall), median(runs, lambda r: r.peak_kib) / 1024.0,
             paired(results, s, fastest, seconds), median(runs, lambda r: cpu_seconds(s, r)),
-            paired(results, s, fastest, cpu_seconds))
+            paired(results, s, fastest_cpu, cpu_seconds))
         if len(zegs) > 1:
-            line += ' %10.3f' % paired(results, s, zegs[0], seconds)
+            line += ' %10.3f %10.3f' % (paired(results, s, zegs[0], seconds),
+                                        paired(results, s, zegs[0], cpu_seconds))
         print(line)
 
 
