@@ -152,12 +152,11 @@ const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mo
 }
 
 void Implement::_split(std::vector<std::string>& words, const std::string& text) {
-    std::string collapsed = text;
-    collapseSpaces(collapsed);
+    // doNormalize has collapsed the spaces already.
     std::size_t begin = 0;
     for (;;) {
-        const std::size_t end = collapsed.find(' ', begin);
-        words.push_back(collapsed.substr(begin, end - begin));
+        const std::size_t end = text.find(' ', begin);
+        words.emplace_back(text, begin, end == std::string::npos ? end : end - begin);
         if (end == std::string::npos) break;
         begin = end + 1;
     }

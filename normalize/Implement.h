@@ -57,7 +57,7 @@ private:
     // The replacement of `word` in the synonym map, or `word` itself (a
     // reference valid until the next call).
     const std::string& _getSynonymsWord(const std::string& word, int mode);
-    // Appends to `words` every piece of `text` between single spaces.
+    // Appends to `words` every piece of `text` (spaces collapsed) between spaces.
     void _split(std::vector<std::string>& words, const std::string& text);
 
     // Converts `text` into `out` (which must not be `text`).

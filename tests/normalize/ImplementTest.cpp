@@ -5,6 +5,7 @@
 
 #include "normalize/WordLists.h"
 #include "normalize/nmConfig.h"
+#include "support/AllocationCounter.h"
 #include "support/Gbk.h"
 #include "support/NormalizerFiles.h"
 
@@ -172,6 +173,26 @@ TEST_F(ImplementTest, SynonymsReplaceTheWholeQueryAndThenEachWord) {
     EXPECT_EQ(normalize("wifi abc", 64), "无线网络 XyZ");
     EXPECT_EQ(words, (std::vector<std::string>{"无线网络", " ", "XyZ"}));
     EXPECT_EQ(normalize("abcd", 64), "abcd") << "only whole words are replaced";
+}
+
+// A worker keeps its work space: once it has seen queries, the usual modes
+// allocate nothing more for queries of that size, through the whole default
+// pipeline (the normaliser's own segmenter settings).
+TEST_F(ImplementTest, WarmWorkerAllocatesNothing) {
+    files.wsConfig = ZEG_DATA_DIR "/normalizer-segmenter.conf";
+    ASSERT_TRUE(init()) << err;
+    const std::string queries[] = {"北大 ABC 的 wifi", "軟體 ＡＢ 北京大學生 mp3", "我们 的 iPhone 7"};
+    const int modes[] = {252, 255, 127, 4 | 8 | 16, 128, 64};
+    std::string out;
+    std::vector<std::string> w;
+    for (int pass = 0; pass < 2; ++pass) {
+        const size_t before = zeg_test::allocationCount();
+        for (const std::string& q : queries)
+            for (int mode : modes) ASSERT_EQ(implement.doNormalize(q, mode, out, w, false, false), 0);
+        if (pass == 1) {
+            EXPECT_EQ(zeg_test::allocationCount(), before);
+        }
+    }
 }
 
 TEST_F(ImplementTest, GbkFlagsChooseTheEncodingOfEachSide) {
