@@ -179,16 +179,21 @@ int DoubleTrie::match(const unsigned char* key, int len) const {
 bool DoubleTrie::visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                        int& count) const {
     if (isSeparator(s)) {
-        const int e = separatorEntry(s);
-        if (e == 0 || !m_rear.isState(m_table[e].rear)) return true;
-        int n = 0;
-        const int end = m_rear.matchReverse(key + i + 1, len - i - 1, m_table[e].rear, n);
-        if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
+        tailMatch(s, i, key, len, out, count);
         return true;
     }
     const int t = m_front.next(s, DoubleArrayTrie::kCodeEnd);
     if (t != 0) out[count++] = MatchInfo{i, m_front.cells()[t].base};
     return false;
+}
+
+void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
+                           int& count) const {
+    const int e = separatorEntry(s);
+    if (e == 0 || !m_rear.isState(m_table[e].rear)) return;
+    int n = 0;
+    const int end = m_rear.matchReverse(key + i + 1, len - i - 1, m_table[e].rear, n);
+    if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
 }
 
 void DoubleTrie::buildPairStates() {
@@ -225,10 +230,22 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
             ++i;
         }
     }
+    // The walk of visit() with the cells in locals: writes to `out` could
+    // otherwise alias the trie's members and force their reloads.
+    const DoubleArrayTrie::Cell* const cells = m_front.cells();
+    const uint32_t length = static_cast<uint32_t>(m_front.length());
     for (; i < len && count < max; ++i) {
-        s = m_front.next(s, key[i]);
-        if (s == 0) break;
-        if (visit(s, i, key, len, out, count)) break;
+        const uint32_t t = static_cast<uint32_t>(cells[s].base) + key[i] + 1;
+        if (t == 0 || t >= length || cells[t].check != s) break;
+        s = static_cast<int>(t);
+        const int32_t base = cells[s].base;
+        if (base < -1) {  // a separator: the rest is its tail
+            tailMatch(s, i, key, len, out, count);
+            break;
+        }
+        const uint32_t end = static_cast<uint32_t>(base) + DoubleArrayTrie::kCodeEnd + 1;
+        if (end != 0 && end < length && cells[end].check == s)
+            out[count++] = MatchInfo{i, cells[end].base};
     }
     return count;
 }

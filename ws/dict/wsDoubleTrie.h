@@ -100,6 +100,9 @@ private:
     // True when the walk ends here (a separator).
     bool visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                int& count) const;
+    // Adds the match of separator `s`'s tail when the key continues it.
+    void tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
+                   int& count) const;
     // Fills m_pairStates for a loaded trie big enough to gain from it.
     void buildPairStates();
     void resetHeader();
