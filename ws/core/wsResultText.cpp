@@ -28,6 +28,7 @@ bool ResultText::_append(const unsigned short* text, unsigned int units) {
 int ResultText::renderPlain(const std::vector<WORD_T>& words, bool original,
                             PosTagger* tagger) {
     m_text.clear();
+    if (tagger == nullptr) return _renderUntagged(words, original);
     int skipped = 0;
     for (const WORD_T& w : words) {
         const bool fromOrg = original && w.orgWord != nullptr;
@@ -41,6 +42,33 @@ int ResultText::renderPlain(const std::vector<WORD_T>& words, bool original,
         }
         m_text.push_back(' ');
     }
+    return skipped;
+}
+
+// Words and spaces only: sized once, written in place.
+int ResultText::_renderUntagged(const std::vector<WORD_T>& words, bool original) {
+    size_t room = 0;
+    for (const WORD_T& w : words) {
+        const bool fromOrg = original && w.orgWord != nullptr;
+        room += 3 * static_cast<size_t>(fromOrg ? w.orgWordLen : w.wordLen) + 2;
+    }
+    m_text.resize(room);
+    auto* out = reinterpret_cast<unsigned char*>(&m_text[0]);
+    size_t n = 0;
+    int skipped = 0;
+    for (const WORD_T& w : words) {
+        const bool fromOrg = original && w.orgWord != nullptr;
+        const unsigned int units = fromOrg ? w.orgWordLen : w.wordLen;
+        const int bytes = EncodeConverter::utf16ToUtf8(fromOrg ? w.orgWord : w.word, units,
+                                                       out + n, 3 * static_cast<size_t>(units) + 1);
+        if (bytes < 1 && units != 0) {
+            ++skipped;
+            continue;
+        }
+        n += static_cast<size_t>(bytes > 0 ? bytes : 0);
+        out[n++] = ' ';
+    }
+    m_text.resize(n);
     return skipped;
 }
 

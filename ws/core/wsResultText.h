@@ -35,6 +35,8 @@ public:
     size_t size() const { return m_text.size(); }
 
 private:
+    // renderPlain without a tagger.
+    int _renderUntagged(const std::vector<WORD_T>& words, bool original);
     // Appends the UTF-8 form of `units` code units; false when it yields nothing.
     bool _append(const unsigned short* text, unsigned int units);
 
