@@ -56,4 +56,27 @@ bool FdLineReader::next(std::string& line, bool& cut) {
     return any;
 }
 
+bool FdLineReader::nextPiece(std::string& piece, bool& more) {
+    piece.clear();
+    more = false;
+    bool any = false;
+    while (m_begin < m_end || fill()) {
+        any = true;
+        const char* start = m_buffer.data() + m_begin;
+        const std::size_t room = m_cap - piece.size();
+        const std::size_t n = m_end - m_begin < room ? m_end - m_begin : room;
+        const void* feed = std::memchr(start, '\n', n);
+        const std::size_t length = feed ? static_cast<const char*>(feed) - start : n;
+        piece.append(start, length);
+        m_begin += feed ? length + 1 : length;
+        if (feed) break;
+        if (piece.size() == m_cap) {
+            more = true;
+            return true;
+        }
+    }
+    if (!piece.empty() && piece.back() == '\r') piece.pop_back();
+    return any;
+}
+
 }  // namespace zeg_tools

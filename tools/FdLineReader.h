@@ -24,6 +24,13 @@ public:
     // bytes were left out. False at the end of the stream or on a read error.
     bool next(std::string& line, bool& cut);
 
+    // The next piece of a line into `piece`: at most `cap` bytes; `more`
+    // tells that the line goes on in the next piece. A line's last piece
+    // drops the line feed (and a carriage return right before it); a line
+    // of any length thus streams through in bounded memory. False at the end
+    // of the stream or on a read error.
+    bool nextPiece(std::string& piece, bool& more);
+
     // True when reading failed (not merely ended).
     bool failed() const { return m_failed; }
 

@@ -1,4 +1,4 @@
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 #include <gtest/gtest.h>
 
