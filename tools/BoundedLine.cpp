@@ -10,7 +10,14 @@ LineRead getBoundedLine(std::istream& in, std::string& line, std::size_t cap) {
         return LineRead::kEnd;
     }
     for (;;) {
-        const int c = buffer->sbumpc();
+        int c = 0;
+        try {
+            c = buffer->sbumpc();
+        } catch (...) {
+            // A read error (a directory, say): as std::getline reports it.
+            in.setstate(std::ios::badbit);
+            return LineRead::kEnd;
+        }
         if (c == std::char_traits<char>::eof()) {
             in.setstate(line.empty() ? std::ios::eofbit | std::ios::failbit : std::ios::eofbit);
             return line.empty() ? LineRead::kEnd : LineRead::kLine;

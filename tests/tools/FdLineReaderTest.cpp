@@ -68,6 +68,26 @@ TEST(FdLineReaderTest, LongLinesKeepTheirStartAndSayTheyWereCut) {
               (std::vector<Line>{{std::string(512, 'y'), true}, {"z", false}}));
 }
 
+// Pieces of a long line come one after another, nothing left out, so that
+// a line of any length can be streamed.
+TEST(FdLineReaderTest, PiecesCarryEveryByteOfALongLine) {
+    zeg_test::TempDir dir;
+    const int fd = ::open(dir.write("in", "abcdefghij\nabcd\nxy\r\n\n").c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0);
+    FdLineReader reader(fd, 4);
+    std::vector<Line> pieces;
+    Line piece{"", false};
+    while (reader.nextPiece(piece.text, piece.cut)) pieces.push_back(piece);
+    ::close(fd);
+    EXPECT_EQ(pieces, (std::vector<Line>{{"abcd", true},
+                                         {"efgh", true},
+                                         {"ij", false},
+                                         {"abcd", true},
+                                         {"", false},
+                                         {"xy", false},
+                                         {"", false}}));
+}
+
 TEST(FdLineReaderTest, LinesAcrossReadsAndSlowWritersArriveWhole) {
     int fds[2];
     ASSERT_EQ(::pipe(fds), 0);
