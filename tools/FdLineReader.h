@@ -12,7 +12,9 @@ namespace zeg_tools {
 // end of the stream if it is not empty there. Zero bytes and invalid UTF-8
 // stay in the line. A line longer than the cap given to the constructor
 // keeps only its first `cap` bytes in memory and says that it was cut, so
-// that any line length costs bounded memory. Does not own the stream.
+// that any line length costs bounded memory; the rest of it is skipped only
+// when the next line is asked for, so a caller can stop at a cut line even
+// if it never ends (/dev/zero). Does not own the stream.
 // Thread safety: one object per thread.
 class FdLineReader {
 public:
@@ -36,6 +38,7 @@ public:
 
 private:
     bool fill();
+    bool skipRest();
     void append(std::string& line, bool& cut, const char* bytes, std::size_t n);
 
     int m_fd;
@@ -45,6 +48,7 @@ private:
     std::size_t m_end = 0;
     bool m_eof = false;
     bool m_failed = false;
+    bool m_skipRest = false;
 };
 
 }  // namespace zeg_tools

@@ -125,6 +125,7 @@ TEST(ZegDict, EndlessInputsStopAtTheFirstOverlongLine) {
     EXPECT_NE(props.err.find("/dev/zero:1: longer than"), std::string::npos) << props.err;
     EXPECT_EQ(run({"charfreq", "--input", "/dev/zero", "--output", dir.file("f")}).code, 1);
     EXPECT_EQ(run({"reversible", "--input", "/dev/zero", "--output", dir.file("r")}).code, 1);
+    EXPECT_EQ(run({"pos-train", "--input", "/dev/zero", "--output-dir", dir.path()}).code, 1);
 }
 
 // A table with an unusable line writes nothing, not a table without it.
