@@ -125,9 +125,11 @@ TEST_P(ToolCommandLine, ClosedStandardStreamsAreRefused) {
     const bool filter = !tool.config.empty();
     EXPECT_EQ(status("<&- >" + dir.file("out")), filter ? 2 : 0);
     EXPECT_EQ(err(), filter ? std::string(tool.name) + ": standard input is closed\n" : "");
-    if (filter) {
-        EXPECT_EQ(out(), "");
-    }
+    if (!filter) return;
+    EXPECT_EQ(out(), "");
+    // A directory as input read as an empty one: exit 0, no word said.
+    EXPECT_EQ(status("<" + dir.path() + " >" + dir.file("out")), 1);
+    EXPECT_EQ(err(), std::string(tool.name) + ": cannot read standard input: Is a directory\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(AllTools, ToolCommandLine, ::testing::ValuesIn(kTools),
