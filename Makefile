@@ -1,5 +1,6 @@
 # Thin wrapper over CMake. `make test` builds and tests twice: a plain
-# Release build in build/ and a sanitized one in build-asan/.
+# Release build in build/ and a sanitized one in build-asan/ (without the
+# long soak tests, labelled "soak").
 
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
@@ -49,7 +50,7 @@ test-plain: build
 test-asan: deps $(ASAN_BUILD)/CMakeCache.txt
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 	cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 \
-	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j$(JOBS)
+	  UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 ctest --output-on-failure -j$(JOBS) -LE soak
 
 test: test-plain test-asan
 

@@ -1,16 +1,8 @@
 #include "norm_utility/StdioFile.h"
 
-#include <cerrno>
-
 namespace norm_utility {
 
-bool StdioFile::open(const char* path) {
-    if (!m_file.open(path, "r")) return false;
-    if (m_file.type() != S_IFDIR) return true;
-    m_file.close();
-    errno = EISDIR;
-    return false;
-}
+bool StdioFile::open(const char* path) { return m_file.openRegular(path, "r"); }
 
 void StdioFile::close() { m_file.close(); }
 

@@ -9,8 +9,9 @@
 namespace norm_utility {
 
 // Owns one FILE* opened for reading; closes it on destruction. Not copyable.
-// A directory is refused at open (errno EISDIR): on Linux fopen accepts one
-// and only the first read fails, which would read as an empty file.
+// Only regular files are opened (errno EISDIR or EINVAL otherwise): on Linux
+// fopen accepts a directory, which would read as an empty file, and a device
+// such as /dev/zero would never end.
 // Thread safety: one object per thread.
 class StdioFile {
 public:

@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "tools/ProgressLine.h"
+#include "tools/BoundedLine.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsUtility.h"
 
@@ -32,7 +33,11 @@ bool CharFreqBuilder::addFile(const std::string& path, std::string& error, Progr
     }
     std::string line;
     uint64_t bytes = 0, lines = 0;
-    while (std::getline(in, line)) {
+    for (LineRead got; (got = getBoundedLine(in, line)) != LineRead::kEnd;) {
+        if (got == LineRead::kTooLong) {
+            error = path + ":" + std::to_string(lines + 1) + ": " + tooLongReason();
+            return false;
+        }
         addLine(line);
         bytes += line.size() + 1;
         if (progress != nullptr) progress->update(bytes, ++lines);

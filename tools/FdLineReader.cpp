@@ -33,10 +33,24 @@ void FdLineReader::append(std::string& line, bool& cut, const char* bytes, std::
     if (n > room) cut = true;
 }
 
+// The rest of a line that next() cut, read only when the caller asks for the
+// following line: a caller that stops at a cut line must not wait for the end
+// of an endless one.
+bool FdLineReader::skipRest() {
+    while (m_skipRest && (m_begin < m_end || fill())) {
+        const char* start = m_buffer.data() + m_begin;
+        const void* feed = std::memchr(start, '\n', m_end - m_begin);
+        m_begin = feed ? static_cast<const char*>(feed) - m_buffer.data() + 1 : m_end;
+        m_skipRest = feed == nullptr;
+    }
+    return !m_skipRest;
+}
+
 bool FdLineReader::next(std::string& line, bool& cut) {
     line.clear();
     cut = false;
     bool any = false;
+    if (!skipRest()) return false;
     for (;;) {
         if (m_begin == m_end && !fill()) break;
         any = true;
@@ -47,12 +61,40 @@ bool FdLineReader::next(std::string& line, bool& cut) {
         append(line, cut, start, length);
         m_begin += feed ? length + 1 : length;
         if (feed) break;
+        if (cut) {
+            m_skipRest = true;
+            break;
+        }
     }
     if (!cut && !line.empty() && line.back() == '\r') line.pop_back();
     if (line.size() > m_cap) {
         line.resize(m_cap);
         cut = true;
     }
+    return any;
+}
+
+bool FdLineReader::nextPiece(std::string& piece, bool& more) {
+    piece.clear();
+    more = false;
+    bool any = false;
+    if (!skipRest()) return false;
+    while (m_begin < m_end || fill()) {
+        any = true;
+        const char* start = m_buffer.data() + m_begin;
+        const std::size_t room = m_cap - piece.size();
+        const std::size_t n = m_end - m_begin < room ? m_end - m_begin : room;
+        const void* feed = std::memchr(start, '\n', n);
+        const std::size_t length = feed ? static_cast<const char*>(feed) - start : n;
+        piece.append(start, length);
+        m_begin += feed ? length + 1 : length;
+        if (feed) break;
+        if (piece.size() == m_cap) {
+            more = true;
+            return true;
+        }
+    }
+    if (!piece.empty() && piece.back() == '\r') piece.pop_back();
     return any;
 }
 

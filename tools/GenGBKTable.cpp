@@ -10,6 +10,7 @@
 
 #include "norm_utility/ErrorLine.h"
 #include "tools/GBKTableBuilder.h"
+#include "tools/StandardStreams.h"
 
 namespace {
 
@@ -54,6 +55,7 @@ bool writeFile(const std::string& path, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (!zeg_tools::guardStandardStreams("gen_gbk_table", false)) return 2;
     if (argc != 4) {
         writeErrorLine("usage: gen_gbk_table OPENCC_TEXT VARIANTS OUTPUT");
         return 2;

@@ -1,4 +1,5 @@
 #include "tools/OpenCCCharacters.h"
+#include "tools/BoundedLine.h"
 
 namespace zeg_tools {
 
@@ -49,7 +50,13 @@ bool decodeOneUtf8(const std::string& text, char32_t& codePoint) {
 bool readOpenCCCharacters(std::istream& in, T2SMap& map, std::string& error) {
     T2SMap read;
     std::string line;
-    for (int number = 1; std::getline(in, line); ++number) {
+    for (int number = 1;; ++number) {
+        const LineRead got = getBoundedLine(in, line);
+        if (got == LineRead::kEnd) break;
+        if (got == LineRead::kTooLong) {
+            error = "line " + std::to_string(number) + ": " + tooLongReason();
+            return false;
+        }
         if (line.empty()) continue;
         char32_t traditional = 0, simplified = 0;
         if (!parseLine(line, traditional, simplified)) {

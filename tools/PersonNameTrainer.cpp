@@ -184,12 +184,12 @@ private:
 long countLines(const std::string& path) {
     InputFile in(path);
     if (in.fd() < 0) return -1;
-    FdLineReader reader(in.fd(), 1);
+    FdLineReader reader(in.fd(), kMaxLine);
     std::string line;
     bool cut = false;
     long n = 0;
-    while (reader.next(line, cut)) ++n;
-    return reader.failed() ? -1 : n;
+    while (reader.next(line, cut) && !cut) ++n;
+    return reader.failed() || cut ? -1 : n;
 }
 
 }  // namespace
@@ -204,10 +204,10 @@ bool PersonNameTrainer::readFile(const std::string& path, bool pfr, long skipTai
     Sentence s;
     for (long n = 0; reader.next(line, cut); ++n) {
         if (skipTail > 0 && n >= total - skipTail) break;
-        if (cut) {
-            m_log << path << ':' << n + 1 << ": line too long, skipped\n";
-            continue;
-        }
+        // Stop: the rest of an endless line (/dev/zero) would never come.
+        if (cut)
+            return fail(path + ":" + std::to_string(n + 1) + ": longer than " +
+                        std::to_string(kMaxLine) + " bytes");
         if (pfr ? parsePfrLine(line, s) : parseMsraLine(line, s)) addSentence(s);
     }
     if (reader.failed()) return fail("read error in " + path);

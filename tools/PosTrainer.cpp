@@ -78,10 +78,13 @@ bool PosTrainer::addFile(const std::string& path, std::string& error) {
     FdLineReader reader(fd, kMaxLine);
     std::string line;
     bool cut = false;
-    while (reader.next(line, cut)) {
+    for (long n = 1; reader.next(line, cut); ++n) {
+        // Stop: the rest of an endless line (/dev/zero) would never come.
         if (cut) {
-            ++m_skipped;
-            continue;
+            close(fd);
+            error = path + ":" + std::to_string(n) + ": longer than " + std::to_string(kMaxLine) +
+                    " bytes";
+            return false;
         }
         addLine(line);
     }

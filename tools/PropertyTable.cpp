@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "tools/AtomicFile.h"
+#include "tools/BoundedLine.h"
 #include "ws/core/wsFile.h"
 
 namespace zeg_tools {
@@ -65,7 +66,13 @@ bool PropertyTable::load(const std::string& path, std::string& error) {
     }
     m_existed = true;
     std::string line, reason;
-    for (int number = 1; std::getline(in, line); ++number) {
+    for (int number = 1;; ++number) {
+        const LineRead got = getBoundedLine(in, line);
+        if (got == LineRead::kEnd) break;
+        if (got == LineRead::kTooLong) {
+            error = path + ":" + std::to_string(number) + ": " + tooLongReason();
+            return false;
+        }
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (line.empty()) continue;
         if (!addLine(line, reason)) {

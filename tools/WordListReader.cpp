@@ -1,4 +1,5 @@
 #include "tools/WordListReader.h"
+#include "tools/BoundedLine.h"
 
 #include <vector>
 
@@ -100,8 +101,13 @@ WordListReader::Result WordListReader::parse(const std::string& line, WordEntry&
 
 WordListReader::Result WordListReader::next(WordEntry& entry, std::string& reason) {
     std::string line;
-    while (std::getline(m_in, line)) {
+    for (LineRead got; !m_tooLong && (got = getBoundedLine(m_in, line)) != LineRead::kEnd;) {
         ++m_line;
+        if (got == LineRead::kTooLong) {
+            m_tooLong = true;
+            reason = tooLongReason();
+            return kMalformed;
+        }
         m_bytes += line.size() + 1;
         if (m_line == 1 && line.compare(0, 3, "\xEF\xBB\xBF") == 0) line.erase(0, 3);
         if (!line.empty() && line.back() == '\r') line.pop_back();

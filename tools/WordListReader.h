@@ -41,7 +41,8 @@ public:
     // Bytes of input consumed so far.
     uint64_t bytesRead() const { return m_bytes; }
     // True when reading stopped on an I/O error rather than at the end.
-    bool failed() const { return m_in.bad(); }
+    // A line longer than kMaxTextLine is malformed and ends the reading too.
+    bool failed() const { return m_in.bad() || m_tooLong; }
 
     // Checks one line's text; kEntry or kMalformed.
     static Result parse(const std::string& line, WordEntry& entry, std::string& reason);
@@ -49,6 +50,7 @@ public:
 private:
     std::istream& m_in;
     long m_line = 0;
+    bool m_tooLong = false;
     uint64_t m_bytes = 0;
 };
 

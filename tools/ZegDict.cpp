@@ -6,6 +6,7 @@
 #include "tools/CoreDictCompiler.h"
 #include "tools/DataFingerprint.h"
 #include "tools/ProgressLine.h"
+#include "tools/SameFile.h"
 
 namespace zeg_tools {
 
@@ -137,6 +138,8 @@ int ZegDict::run(const std::vector<std::string>& args) {
         m_out << "zeg-dict " << libraryVersion() << '\n';
         return 0;
     }
+    const std::string clash = outputClash(parser, command.valueNames);
+    if (!clash.empty()) return usageError(clash);
     return command.run(parser, m_out, m_err);
 }
 

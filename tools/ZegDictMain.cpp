@@ -5,9 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "tools/StandardStreams.h"
 #include "tools/ZegDict.h"
 
 int main(int argc, char** argv) {
+    if (!zeg_tools::guardStandardStreams("zeg-dict", false)) return 2;
     std::vector<std::string> args(argv + 1, argv + argc);
     const int code = zeg_tools::ZegDict(std::cout, std::cerr).run(args);
     if (!std::cout.flush()) {

@@ -9,6 +9,7 @@
 #include "tools/PosTrainer.h"
 #include "tools/PropertyTable.h"
 #include "tools/ZegDict.h"
+#include "tools/BoundedLine.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/dict/wsBaseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
@@ -62,10 +63,12 @@ bool readPairs(const std::string& path, std::vector<std::pair<std::string, std::
         return false;
     }
     std::string line, a, b, extra;
-    for (int n = 1; std::getline(in, line); ++n) {
-        if (line.size() > 4096) {
-            err << path << ':' << n << ": line too long\n";
-            continue;
+    for (int n = 1;; ++n) {
+        const zeg_tools::LineRead got = zeg_tools::getBoundedLine(in, line, 4096);
+        if (got == zeg_tools::LineRead::kEnd) break;
+        if (got == zeg_tools::LineRead::kTooLong) {
+            err << path << ':' << n << ": " << zeg_tools::tooLongReason(4096) << '\n';
+            return false;
         }
         std::istringstream fields(line);
         if (!(fields >> a) || a[0] == '#') continue;

@@ -165,6 +165,7 @@ int showVersion(const std::string& config) {
 }
 
 int main(int argc, char** argv) {
+    if (!zeg_tools::guardStandardStreams("zeg-normalize", true)) return 2;
     zeg_tools::ArgParser args("zeg-normalize", "zeg-normalize");
     args.value("config").value("mode").flag("progress");
     Options options;

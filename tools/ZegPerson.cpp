@@ -11,6 +11,8 @@
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
 #include "tools/PersonNameTrainer.h"
+#include "tools/SameFile.h"
+#include "tools/StandardStreams.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsMaxentDict.h"
 
@@ -92,6 +94,7 @@ const std::map<std::string, std::vector<std::string>> kOptions = {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (!zeg_tools::guardStandardStreams("zeg-person", false)) return 2;
     const std::vector<std::string> args(argv + 1, argv + argc);
     const std::string version = "zeg-person " + zeg_tools::libraryVersion() + "\n";
     if (!args.empty() && (args[0] == "--help" || args[0] == "-h")) return print(kUsage);
@@ -107,6 +110,8 @@ int main(int argc, char** argv) {
     }
     if (parser.has("help")) return print(kUsage);
     if (parser.has("version")) return print(version);
+    const std::string clash = zeg_tools::outputClash(parser, command->second);
+    if (!clash.empty()) return usageError(clash);
     std::map<std::string, std::string> options;
     for (const auto& name : command->second)
         if (parser.has(name)) options[name] = parser.get(name);

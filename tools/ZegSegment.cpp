@@ -6,11 +6,13 @@
 #include <cstring>
 #include <iostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/ArgParser.h"
 #include "tools/DataFingerprint.h"
 #include "tools/FdLineReader.h"
+#include "tools/PieceSegmenter.h"
 #include "tools/StandardStreams.h"
 #include "tools/ProgressLine.h"
 #include "tools/WordTagger.h"
@@ -18,6 +20,8 @@
 #include "ws/core/wsWsConfig.h"
 
 namespace {
+
+using zeg_tools::PieceSegmenter;
 
 const char kUsage[] =
     "usage: zeg-segment --config SEGMENTER.conf [--weights | --pos [--presegmented]]\n"
@@ -43,8 +47,9 @@ const char kUsage[] =
     "empty. Exit status: 0 done, 1 the segmenter did not initialise, a line\n"
     "could not be segmented, or reading or writing failed, 2 bad arguments.\n";
 
-// Longer lines are segmented in their first this many bytes, with a warning.
-constexpr std::size_t kLineCap = 1 << 20;
+// Lines longer than this are segmented and written in pieces (see
+// PieceSegmenter); memory then stays near 110 times this, whatever the line.
+constexpr std::size_t kWindow = 1 << 16;
 
 int showVersion(const std::string& config) {
     std::vector<std::string> files;
@@ -58,34 +63,40 @@ int showVersion(const std::string& config) {
     return std::fflush(stdout) == 0 ? 0 : 1;
 }
 
-// Reads every line, writes what `process` makes of it (null: an empty line,
-// and exit status 1) and reports read and write errors.
-template <typename Process>
-int eachLine(bool progress, Process process) {
+// Reads every line, writes what `segment` makes of it (piece by piece for a
+// long line; a piece it cannot segment is left out, and the exit status is
+// 1) and reports read and write errors.
+int eachLine(const std::string& config, bool progress, PieceSegmenter::Segment segment) {
     zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
-    zeg_tools::FdLineReader reader(STDIN_FILENO, kLineCap);
-    std::string line;
-    bool cut = false;
+    zeg_tools::FdLineReader reader(STDIN_FILENO, kWindow);
+    PieceSegmenter pieces(std::move(segment), kWindow);
+    ws::WsConfig settings;
+    if (settings.init(config.c_str()))
+        pieces.loadDelimiters(settings.getString("SPACE_DEFINE_FILE", ""));
+    std::string piece;
+    bool more = false, lineStart = true, lineFailed = false;
     uint64_t lines = 0, bytes = 0;
     bool allSegmented = true;
-    while (reader.next(line, cut)) {
-        ++lines;
-        bytes += line.size();
-        if (cut)
-            std::fprintf(stderr, "zeg-segment: line %llu: longer than %zu bytes, cut\n",
-                         static_cast<unsigned long long>(lines), kLineCap);
-        const char* out = process(line);
-        if (out == nullptr) {
-            // One output line per input line all the same, so outputs stay aligned.
-            std::fprintf(stderr,
-                         "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
-                         "of the basic multilingual plane)\n",
-                         static_cast<unsigned long long>(lines));
+    while (reader.nextPiece(piece, more)) {
+        if (lineStart) ++lines;
+        bytes += piece.size();
+        if (!pieces.add(piece, more, stdout)) {
+            if (pieces.writeFailed()) break;
+            if (!lineFailed)
+                std::fprintf(stderr,
+                             "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
+                             "of the basic multilingual plane)\n",
+                             static_cast<unsigned long long>(lines));
+            lineFailed = true;
             allSegmented = false;
         }
-        if ((out != nullptr && std::fputs(out, stdout) == EOF) || std::fputc('\n', stdout) == EOF)
-            break;
-        shown.update(bytes, lines);
+        lineStart = !more;
+        if (lineStart) {
+            lineFailed = false;
+            // One output line per input line all the same, so outputs stay aligned.
+            if (std::fputc('\n', stdout) == EOF) break;
+            shown.update(bytes, lines);
+        }
     }
     shown.finish();
     const int streams = zeg_tools::finishStandardStreams("zeg-segment", reader);
@@ -109,6 +120,7 @@ int usageError(const zeg_tools::ArgParser& args, const std::string& message) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (!zeg_tools::guardStandardStreams("zeg-segment", true)) return 2;
     zeg_tools::ArgParser args("zeg-segment", "zeg-segment");
     args.value("config").flag("weights").flag("pos").flag("presegmented").flag("progress");
     std::string config;
@@ -137,8 +149,8 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
             return 1;
         }
-        return eachLine(progress, [&](const std::string& line) {
-            return tagger.tagLine(line).c_str();
+        return eachLine(config, progress, [&](const char* text, std::size_t len) {
+            return tagger.tagLine(std::string(text, len)).c_str();
         });
     }
     ws::WsSegmenter segmenter;
@@ -147,8 +159,7 @@ int main(int argc, char** argv) {
                      config.c_str());
         return 1;
     }
-    return eachLine(progress, [&](const std::string& line) {
-        return segmenter.segment(line.data(), static_cast<unsigned int>(line.size()),
-                                 weights ? 1 : 0);
+    return eachLine(config, progress, [&](const char* text, std::size_t len) {
+        return segmenter.segment(text, static_cast<unsigned int>(len), weights ? 1 : 0);
     });
 }

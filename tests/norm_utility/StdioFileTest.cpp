@@ -10,13 +10,16 @@ using norm_utility::StdioFile;
 
 namespace {
 
-TEST(StdioFile, RefusesMissingFilesAndDirectories) {
+// A device such as /dev/zero never ends: a configuration naming it hung.
+TEST(StdioFile, RefusesMissingFilesDirectoriesAndDevices) {
     zeg_test::TempDir dir;
     StdioFile f;
     EXPECT_FALSE(f.open(dir.file("absent").c_str()));
     EXPECT_EQ(errno, ENOENT);
     EXPECT_FALSE(f.open(dir.path().c_str()));
     EXPECT_EQ(errno, EISDIR);
+    EXPECT_FALSE(f.open("/dev/zero"));
+    EXPECT_EQ(errno, EINVAL);
     EXPECT_FALSE(f.open(nullptr));
     EXPECT_FALSE(f.isOpen());
 }

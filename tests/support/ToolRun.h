@@ -18,6 +18,11 @@ struct ToolRun {
 ToolRun runTool(const TempDir& dir, const std::string& tool, const std::string& arguments,
                 const std::string& input = "");
 
+// Runs the tool as runTool does, its output discarded, and returns the
+// most memory it held at once (peak resident set, kB); -1 on failure.
+long peakMemoryKb(const TempDir& dir, const std::string& tool, const std::string& arguments,
+                  const std::string& input);
+
 }  // namespace zeg_test
 
 #endif

@@ -68,6 +68,45 @@ TEST(FdLineReaderTest, LongLinesKeepTheirStartAndSayTheyWereCut) {
               (std::vector<Line>{{std::string(512, 'y'), true}, {"z", false}}));
 }
 
+// A reader that waited for the end of a cut line hung on /dev/zero: the
+// cut line comes back while its writer still has more to give.
+TEST(FdLineReaderTest, ACutLineReturnsBeforeItsEnd) {
+    int fds[2];
+    ASSERT_EQ(::pipe(fds), 0);
+    ASSERT_EQ(::write(fds[1], "abcdefghij", 10), 10);
+    FdLineReader reader(fds[0], 4);
+    std::string line;
+    bool cut = false;
+    ASSERT_TRUE(reader.next(line, cut));
+    EXPECT_EQ((Line{line, cut}), (Line{"abcd", true}));
+    ASSERT_EQ(::write(fds[1], "klm\nnext\n", 9), 9);
+    ::close(fds[1]);
+    ASSERT_TRUE(reader.next(line, cut));
+    EXPECT_EQ((Line{line, cut}), (Line{"next", false}));
+    EXPECT_FALSE(reader.next(line, cut));
+    ::close(fds[0]);
+}
+
+// Pieces of a long line come one after another, nothing left out, so that
+// a line of any length can be streamed.
+TEST(FdLineReaderTest, PiecesCarryEveryByteOfALongLine) {
+    zeg_test::TempDir dir;
+    const int fd = ::open(dir.write("in", "abcdefghij\nabcd\nxy\r\n\n").c_str(), O_RDONLY);
+    ASSERT_GE(fd, 0);
+    FdLineReader reader(fd, 4);
+    std::vector<Line> pieces;
+    Line piece{"", false};
+    while (reader.nextPiece(piece.text, piece.cut)) pieces.push_back(piece);
+    ::close(fd);
+    EXPECT_EQ(pieces, (std::vector<Line>{{"abcd", true},
+                                         {"efgh", true},
+                                         {"ij", false},
+                                         {"abcd", true},
+                                         {"", false},
+                                         {"xy", false},
+                                         {"", false}}));
+}
+
 TEST(FdLineReaderTest, LinesAcrossReadsAndSlowWritersArriveWhole) {
     int fds[2];
     ASSERT_EQ(::pipe(fds), 0);

@@ -111,6 +111,27 @@ TEST_P(ToolCommandLine, WriteErrorsAreReportedWithExitOne) {
     EXPECT_NE(err(), "");
 }
 
+// With a standard stream closed, the first file a tool opened took its
+// descriptor: zeg-segment <&- printed its dictionary as its input.
+TEST_P(ToolCommandLine, ClosedStandardStreamsAreRefused) {
+    const Tool& tool = GetParam();
+    const std::string command = std::string(tool.path) + " " + tool.job;
+    const auto status = [&](const std::string& redirects) {
+        const int s = std::system((command + " " + redirects + " 2>" + dir.file("err")).c_str());
+        return WIFEXITED(s) ? WEXITSTATUS(s) : -1;
+    };
+    EXPECT_EQ(status("</dev/null >&-"), 2);
+    EXPECT_EQ(err(), std::string(tool.name) + ": standard output is closed\n");
+    const bool filter = !tool.config.empty();
+    EXPECT_EQ(status("<&- >" + dir.file("out")), filter ? 2 : 0);
+    EXPECT_EQ(err(), filter ? std::string(tool.name) + ": standard input is closed\n" : "");
+    if (!filter) return;
+    EXPECT_EQ(out(), "");
+    // A directory as input read as an empty one: exit 0, no word said.
+    EXPECT_EQ(status("<" + dir.path() + " >" + dir.file("out")), 1);
+    EXPECT_EQ(err(), std::string(tool.name) + ": cannot read standard input: Is a directory\n");
+}
+
 INSTANTIATE_TEST_SUITE_P(AllTools, ToolCommandLine, ::testing::ValuesIn(kTools),
                          [](const testing::TestParamInfo<Tool>& p) {
                              std::string n = p.param.name;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -78,6 +80,52 @@ TEST(ZegDict, CoreReadsAPipeToTheEnd) {
     std::string line;
     std::getline(err, line);
     EXPECT_EQ(line, "zeg-dict core: /dev/stdin: 2 words");
+}
+
+// An output renamed over an input replaced it with what was made of it;
+// links are found too.
+TEST(ZegDict, OutputsNeverReplaceAnInput) {
+    zeg_test::TempDir dir;
+    const std::string words = dir.write("w.txt", "一 2 m\n");
+    const std::string props = dir.write("p.txt", "1\tm\n");
+    const std::string link = dir.file("link.txt"), hard = dir.file("hard.txt");
+    ASSERT_EQ(::symlink(words.c_str(), link.c_str()), 0);
+    ASSERT_EQ(::link(words.c_str(), hard.c_str()), 0);
+    const std::pair<std::vector<std::string>, std::string> cases[] = {
+        {{"core", "--input", words, "--output", words, "--properties", dir.file("q.txt")},
+         "--output names the same file as --input"},
+        {{"core", "--input", words, "--output", props, "--properties", props},
+         "--output names the same file as --properties"},
+        {{"core", "--input", link, "--output", words, "--properties", props}, "--input"},
+        {{"core", "--input", words, "--output", hard, "--properties", props}, "--input"},
+        {{"charfreq", "--input", words, "--output", link}, "--input"},
+        {{"reversible", "--input", hard, "--output", words}, "--input"},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.first);
+        EXPECT_EQ(r.code, 2) << c.second;
+        EXPECT_NE(r.err.find(c.second), std::string::npos) << r.err;
+    }
+    EXPECT_EQ(zeg_test::TempDir::read(words), "一 2 m\n");
+    EXPECT_EQ(zeg_test::TempDir::read(props), "1\tm\n");
+}
+
+// An endless line (/dev/zero) once grew memory without bound: every reader
+// stops at the first line over its bound and says where.
+TEST(ZegDict, EndlessInputsStopAtTheFirstOverlongLine) {
+    zeg_test::TempDir dir;
+    const std::string words = dir.write("w.txt", "一 2 m\n");
+    const Outcome core = run({"core", "--input", "/dev/zero", "--output", dir.file("d"),
+                              "--properties", dir.file("p")});
+    EXPECT_EQ(core.code, 1);
+    EXPECT_NE(core.err.find("/dev/zero:1: longer than 65536 bytes"), std::string::npos) << core.err;
+    const Outcome props = run({"core", "--input", words, "--output", dir.file("d"),
+                               "--properties", "/dev/zero"});
+    EXPECT_EQ(props.code, 1);
+    EXPECT_NE(props.err.find("/dev/zero:1: longer than"), std::string::npos) << props.err;
+    EXPECT_EQ(run({"charfreq", "--input", "/dev/zero", "--output", dir.file("f")}).code, 1);
+    EXPECT_EQ(run({"reversible", "--input", "/dev/zero", "--output", dir.file("r")}).code, 1);
+    EXPECT_EQ(run({"pos-train", "--input", "/dev/zero", "--output-dir", dir.path()}).code, 1);
 }
 
 // A table with an unusable line writes nothing, not a table without it.

@@ -27,6 +27,54 @@ TEST_F(ZegSegmentTest, ReportsALineItCannotSegmentAndKeepsTheLinesAligned) {
     EXPECT_EQ(r.status, 1);
 }
 
+// The text output was written with fputs: a NUL cut the rest of its line.
+TEST_F(ZegSegmentTest, NulBytesAreWordsOfTheirOwn) {
+    const zeg_test::ToolRun r = run("", std::string("ab\0cd\n\0\n", 8));
+    EXPECT_EQ(r.out, std::string("ab \0 cd \n\0 \n", 12));
+    EXPECT_EQ(r.status, 0);
+}
+
+// A long line is segmented in pieces cut where the segmenter's own chunker
+// cuts, so it comes out as its sentences would one by one.
+TEST_F(ZegSegmentTest, ALongLineSegmentsLikeItsSentences) {
+    const std::string sentences[] = {"我们在北京大学学习，", "今天天气很好。", "abc 123!"};
+    std::string line, expected;
+    for (const std::string& s : sentences) {
+        const zeg_test::ToolRun one = run("", s + "\n");
+        ASSERT_EQ(one.status, 0);
+        expected += one.out.substr(0, one.out.size() - 1);
+        line += s;
+    }
+    const int copies = 10000;  // some 400 KB, several pieces
+    std::string many, all;
+    for (int i = 0; i < copies; ++i) {
+        many += line;
+        all += expected;
+    }
+    const zeg_test::ToolRun r = run("", many + "\n" + line + "\n");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(r.out == all + "\n" + expected + "\n") << r.out.size() << " bytes";
+}
+
+// zeg-segment held some 110 bytes per byte of a line (1.16 GB for 10 MB).
+TEST_F(ZegSegmentTest, MemoryDoesNotGrowWithTheLine) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's quarantine holds freed memory";
+#endif
+    const auto peakKb = [&](const std::string& input) {
+        dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n");
+        return zeg_test::peakMemoryKb(dir, ZEG_SEGMENT_TOOL, "--config " + dir.file("seg.conf"),
+                                      input);
+    };
+    std::string line;
+    while (line.size() < (10u << 20)) line += "word" + std::to_string(line.size() % 997) + " ";
+    const long small = peakKb("word\n"), large = peakKb(line + "\n");
+    ASSERT_GT(small, 0);
+    ASSERT_GT(large, 0);
+    EXPECT_LT(large - small, 30 * 1024) << small << " kB for a short line, " << large
+                                        << " kB for 10 MB";
+}
+
 TEST_F(ZegSegmentTest, RemovedSpacesAreMappedBackOntoTheInput) {
     const zeg_test::ToolRun r = run("ENABLE_REMOVE_SPACE = true\n", "  ab  cd \n   \n");
     EXPECT_EQ(r.out, "ab   cd \n\n");

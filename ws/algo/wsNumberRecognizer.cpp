@@ -60,14 +60,20 @@ int NumberRecognizer::init(const char* path, int numIdx, int letIdx, int letnumI
         std::string content;
         if (!RuleText::read(path, content) || content.empty()) return -1;
         std::vector<unsigned char> table(kTableSize, 0);
-        std::vector<unsigned short> members;
+        std::vector<unsigned short> units;
+        std::string members;
+        RuleText::Spans claimed;
         for (const ClassKey& k : kClassKeys) {
-            members.clear();
-            getmiddle(content, k.key, kEndMark, members);
-            for (unsigned short u : members) {
+            if (RuleText::between(content, k.key, kEndMark, members, claimed) != 0) continue;
+            units.clear();
+            RuleText::appendUtf16(members, units);
+            for (unsigned short u : units) {
                 if (u < kTableSize) table[u] |= k.bit;
             }
         }
+        RuleText::reportUnclaimed(path, content, claimed);
+        // A file without a single class would silently cut every run apart.
+        if (claimed.empty()) return -1;
         m_table.swap(table);
     } catch (const std::bad_alloc&) {
         close();

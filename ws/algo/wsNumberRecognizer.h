@@ -51,8 +51,9 @@ public:
     // Loads the classes from the UTF-8 rule file at `path` (replacing any
     // loaded before) and keeps the indices of the new-word buffers for
     // numbers, letters, letters with digits and Chinese numerals (-1: none).
-    // Returns 0; -1 when the file cannot be opened or is empty (the old
-    // classes stay); -2 when memory runs out (no classes are left).
+    // Lines that no class claims are logged as "FILE:LINE: reason".
+    // Returns 0; -1 when the file cannot be opened, is empty or holds no
+    // class with its end mark (the old classes stay); -2 when memory runs out (no classes are left).
     int init(const char* path, int numIdx, int letIdx, int letnumIdx, int chineseNumIdx);
 
     // Appends to `out` the code units of the members that `key` lists in

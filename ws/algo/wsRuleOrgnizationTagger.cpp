@@ -9,7 +9,7 @@
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/core/wsWsConfig.h"
 #include "ws/core/wsWsLogger.h"
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 namespace ws {
 

@@ -8,7 +8,7 @@
 #include "ws/core/wsWsConfig.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsCharFreqDict.h"
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 namespace ws {
 

@@ -1,7 +1,8 @@
 #include "ws/algo/wsRuleText.h"
 
 #include "ws/core/wsEncodeConverter.h"
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
+#include "ws/core/wsWsLogger.h"
 
 namespace ws {
 
@@ -33,6 +34,36 @@ int RuleText::between(const std::string& content, const std::string& key,
     if (end == std::string::npos) return -2;
     members.assign(content, begin, end - begin);
     return 0;
+}
+
+int RuleText::between(const std::string& content, const std::string& key,
+                      const std::string& endMark, std::string& members, Spans& claimed) {
+    const int found = between(content, key, endMark, members);
+    if (found == 0) {
+        const std::size_t at = content.find(key);
+        claimed.emplace_back(at, at + key.size() + members.size() + endMark.size());
+    }
+    return found;
+}
+
+unsigned RuleText::reportUnclaimed(const char* path, const std::string& content,
+                                   const Spans& claimed) {
+    unsigned count = 0, lineNo = 0;
+    for (std::size_t begin = 0; begin < content.size(); ++lineNo) {
+        std::size_t end = content.find('\n', begin);
+        if (end == std::string::npos) end = content.size();
+        const std::size_t text = content.find_first_not_of(" \t\r", begin);
+        bool used = text >= end || content[text] == '#';
+        for (std::size_t i = 0; !used && i < claimed.size(); ++i)
+            used = claimed[i].first < end && claimed[i].second > begin;
+        if (!used) {
+            WsLogger::getWsLogger()->error("%s:%u: no class key claims this line\n", path,
+                                           lineNo + 1);
+            ++count;
+        }
+        begin = end + 1;
+    }
+    return count;
 }
 
 int RuleText::_toUtf16(const std::string& utf8, std::vector<unsigned short>& units) {

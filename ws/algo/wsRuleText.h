@@ -1,7 +1,9 @@
 #ifndef ZEG_WS_ALGO_WSRULETEXT_H
 #define ZEG_WS_ALGO_WSRULETEXT_H
 
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ws {
@@ -25,6 +27,20 @@ public:
     // between. Returns 0; -1 when the key is absent, -2 when the end mark is.
     static int between(const std::string& content, const std::string& key,
                        const std::string& endMark, std::string& members);
+
+    // Byte ranges [first, second) of `content` that a key claims, from the
+    // key to the end of its end mark.
+    typedef std::vector<std::pair<std::size_t, std::size_t> > Spans;
+
+    // As between(), and on success adds the key's range to `claimed`.
+    static int between(const std::string& content, const std::string& key,
+                       const std::string& endMark, std::string& members, Spans& claimed);
+
+    // Logs "PATH:LINE: reason" for every line of `content` that is not blank,
+    // not a comment ('#' first) and holds no claimed byte: text that no key
+    // uses, in a file read by read(). Returns the number of such lines.
+    static unsigned reportUnclaimed(const char* path, const std::string& content,
+                                    const Spans& claimed);
 
     // Appends the code units of the UTF-8 text `utf8` to `out`, converted by
     // EncodeConverter (so conversion stops at a byte that cannot start a

@@ -2,9 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 
+#include "ws/core/wsLineReader.h"
 #include "ws/core/wsStringUtil.h"
 
 namespace ws {
@@ -15,6 +15,9 @@ namespace {
 // '\r' at the end of their values.
 const char* const kLineBlanks = " \t\a\n";
 const std::string kInclude = "#include";
+// A configuration line is a key and a path or two; a longer one is no
+// configuration (and an endless one would never end).
+const std::size_t kLineBuffer = 65536;
 
 std::string trimBlanks(const std::string& text) {
     const std::string::size_type first = text.find_first_not_of(kLineBlanks);
@@ -82,17 +85,22 @@ void Config::listAll() const {
 }
 
 bool Config::_load(const char* path) {
-    std::ifstream in;
-    if (path != nullptr) in.open(path);
-    if (!in.is_open()) {
+    LineReader in(kLineBuffer);
+    if (!in.open(path)) {
         std::cerr << "can't open file " << (path != nullptr ? path : "(null)") << std::endl;
         return false;
     }
     std::string line;
-    while (std::getline(in, line)) {
+    for (unsigned lineNo = 1; in.next(line); ++lineNo) {
+        if (in.cut(line)) {
+            std::cerr << path << ":" << lineNo << ": longer than " << kLineBuffer - 1 << " bytes"
+                      << std::endl;
+            return false;
+        }
+        if (line.back() == '\n') line.pop_back();
         if (!_loadLine(line)) break;
     }
-    return true;
+    return !in.failed();
 }
 
 bool Config::_loadLine(const std::string& line) {

@@ -44,6 +44,18 @@ public:
         return m_file != nullptr;
     }
 
+    // open(path, mode) for a regular file only: a directory would read as an
+    // empty file and a device or pipe (/dev/zero) might never end. False,
+    // errno EISDIR or EINVAL, for anything else; nothing is held then.
+    bool openRegular(const char* path, const char* mode) {
+        if (!open(path, mode)) return false;
+        const unsigned kind = type();
+        if (kind == S_IFREG) return true;
+        close();
+        errno = kind == S_IFDIR ? EISDIR : EINVAL;
+        return false;
+    }
+
     // Closes the stream; 0, or EOF when buffered bytes could not be written
     // (a failed write). 0 when nothing is held.
     int close() {

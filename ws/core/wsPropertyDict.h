@@ -11,9 +11,11 @@ namespace ws {
 // name", ids from 1. Thread safety: read-only after load.
 class PropertyDict {
 public:
-    // Replaces the table with the file's. False when the file cannot be
-    // read; the table is then unchanged. Lines that
-    // are not "id TAB name" with 1 <= id < 32768 are skipped.
+    // Replaces the table with the file's (a regular file). Lines that are
+    // not "id TAB name" with 1 <= id < 32768 are logged as "FILE:LINE:
+    // reason" and skipped; blank lines are skipped quietly. False, the table
+    // unchanged, when the file cannot be read, has a line of 4096 bytes or
+    // more, or has lines but none usable.
     bool load(const std::string& path);
 
     // The name of `id`, or null.

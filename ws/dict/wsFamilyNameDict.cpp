@@ -23,7 +23,7 @@ bool FamilyNameDict::loadText(std::FILE* f, float defaultFreq, float threshold) 
 
 bool FamilyNameDict::loadText(const char* path, float defaultFreq, float threshold) {
     File f;
-    if (!f.open(path, "r")) {
+    if (!f.openRegular(path, "r")) {
         WsLogger::getWsLogger()->errorPos(kSource, __LINE__, "Can not open file '%s'",
                                           path != nullptr ? path : "");
         return false;

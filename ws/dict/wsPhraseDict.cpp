@@ -8,7 +8,7 @@
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 namespace ws {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 namespace ws {
 

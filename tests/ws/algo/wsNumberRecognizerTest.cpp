@@ -182,12 +182,19 @@ TEST_F(NumberRecognizerTest, DamagedFilesLoadWhatTheyHold) {
     // NUL bytes neither end a line nor a list: unit 0 becomes a letter.
     ASSERT_EQ(load(std::string("english_letter=a\0b", 18) + "end#\n"), 0);
     EXPECT_EQ(recognize(std::u16string(u"a\0b", 3)), std::string("a\0b/let", 7));
-    // Binary data is text without keys.
+    // Binary data is text without keys: refused, the classes kept (a junk
+    // file once turned "ABC" into "A B C").
     std::string binary(4096, '\0');
     std::mt19937 rng(testing::UnitTest::GetInstance()->random_seed());
     for (char& c : binary) c = static_cast<char>(rng());
-    ASSERT_EQ(load(binary), 0);
-    s.recognize(rec, u"ab12三");
+    EXPECT_EQ(load(binary), -1);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(load("# classes\nABC\n123\n"), -1);
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("rules.txt:2: "), std::string::npos) << log;
+    EXPECT_NE(log.find("rules.txt:3: "), std::string::npos) << log;
+    EXPECT_EQ(log.find("rules.txt:1: "), std::string::npos) << log;
+    EXPECT_EQ(recognize(u"ab12"), "ab/let");
 }
 
 TEST_F(NumberRecognizerTest, RecognitionAllocatesNothing) {

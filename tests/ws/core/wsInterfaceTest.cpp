@@ -205,6 +205,14 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
         {"SEGMENT_RESULT_NUM = 2\n", "SEGMENT_RESULT_NUM = 2"},
         {"SEG_TYPE = 1\n", "SEG_TYPE = 1"},
         {"BASE_DICTIONARY = " + dir.file("none.dict") + "\n", "load dicts fail!"},
+        // Junk and endless files are refused, their bad lines named.
+        {"PROPERTY_DICT_FILE = " + dir.write("junk.txt", "ABC\n\n") + "\n", "junk.txt:1: not"},
+        {"PROPERTY_DICT_FILE = " + dir.file("junk.txt") + "\n",
+         "load property Dict : " + dir.file("junk.txt") + " fail!"},
+        {"PROPERTY_DICT_FILE = " + dir.write("long.txt", "1\tn\n" + std::string(5000, 'x')) + "\n",
+         "long.txt:2: longer than"},
+        {"PROPERTY_DICT_FILE = /dev/zero\n", "load property Dict : /dev/zero fail!"},
+        {"NUMERIC_RULE_FILE = " + dir.file("junk.txt") + "\n", "junk.txt:1: no class key"},
         {"ENABLE_REMOVE_SPACE = true\nSPACE_DEFINE_FILE = " + dir.write("d.txt", "delimiterlist=,end#\n") + "\n",
          "load space-file : " + dir.file("d.txt") + " fail!"},
         {"ENABLE_PLUG_IN = true\nREVISER_PLUG_IN = " + dir.file("none.so") + "\n",
@@ -220,6 +228,9 @@ TEST_F(WsSegmenterTest, InitFailuresSayWhy) {
     EXPECT_NE(testing::internal::GetCapturedStderr().find("load config file : " +
                                                           dir.file("absent.conf") + " fail!"),
               std::string::npos);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(seg.init("/dev/zero"));
+    testing::internal::GetCapturedStderr();
     std::vector<ws::WORD_UTF8_T> words;
     EXPECT_FALSE(seg.segment("北京", 6, words));
     EXPECT_EQ(seg.segment("北京", 6, 0), nullptr);

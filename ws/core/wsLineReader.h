@@ -1,5 +1,5 @@
-#ifndef ZEG_WS_DICT_WSLINEREADER_H
-#define ZEG_WS_DICT_WSLINEREADER_H
+#ifndef ZEG_WS_CORE_WSLINEREADER_H
+#define ZEG_WS_CORE_WSLINEREADER_H
 
 #include <cstddef>
 #include <cstdio>
@@ -31,6 +31,11 @@ public:
     // Replaces `piece` with the next piece, its line feed included. False at
     // the end of the file or on a read error (then failed() is true).
     bool next(std::string& piece);
+
+    // True when `piece`, as next() returned it, is only the start of a line
+    // longer than the buffer. Loaders that take whole lines report such a
+    // line and stop: skipping the rest of an endless one would never end.
+    bool cut(const std::string& piece) const;
 
     // True when a read error, not the end of the file, stopped reading.
     bool failed() const;

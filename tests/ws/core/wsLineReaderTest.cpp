@@ -1,4 +1,4 @@
-#include "ws/dict/wsLineReader.h"
+#include "ws/core/wsLineReader.h"
 
 #include <gtest/gtest.h>
 
@@ -27,6 +27,11 @@ TEST(LineReader, ReadsPiecesAsFgetsWouldButKeepsNulBytes) {
     ASSERT_TRUE(reader.open(dir.write("a.txt", text).c_str()));
     EXPECT_EQ(pieces(reader), (std::vector<std::string>{"ab\r\n", "\n", "abcd", "efgh", "ij\n",
                                                         std::string("\0x\n", 3), "end"}));
+    LineReader lines(5);
+    ASSERT_TRUE(lines.open(dir.file("a.txt").c_str()));
+    std::vector<bool> cut;
+    for (std::string piece; lines.next(piece);) cut.push_back(lines.cut(piece));
+    EXPECT_EQ(cut, (std::vector<bool>{false, false, true, true, false, false, false}));
     std::string piece = "kept?";
     EXPECT_FALSE(reader.next(piece));
     EXPECT_EQ(piece, "");

@@ -1,20 +1,11 @@
-#include "ws/dict/wsLineReader.h"
-
-#include <cerrno>
+#include "ws/core/wsLineReader.h"
 
 namespace ws {
 
 LineReader::LineReader(std::size_t bufferSize)
     : m_maxBytes(bufferSize > 1 ? bufferSize - 1 : 1) {}
 
-bool LineReader::open(const char* path) {
-    if (!m_file.open(path, "rb")) return false;
-    const unsigned type = m_file.type();
-    if (type == S_IFREG) return true;
-    m_file.close();
-    errno = type == S_IFDIR ? EISDIR : EINVAL;
-    return false;
-}
+bool LineReader::open(const char* path) { return m_file.openRegular(path, "rb"); }
 
 bool LineReader::next(std::string& piece) {
     piece.clear();
@@ -34,6 +25,10 @@ bool LineReader::next(std::string& piece) {
     }
     piece.append(block, held);
     return !piece.empty();
+}
+
+bool LineReader::cut(const std::string& piece) const {
+    return piece.size() == m_maxBytes && piece.back() != '\n';
 }
 
 bool LineReader::failed() const { return m_file && std::ferror(m_file.get()) != 0; }
