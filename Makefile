@@ -85,7 +85,7 @@ define run-fuzzers
 	  printf '== fuzz_%s, %s s: ' $$t $(1); \
 	  if ASAN_OPTIONS=detect_leaks=1 bin/fuzz_$$t -max_total_time=$(1) -timeout=10 $$len \
 	       -artifact_prefix=fuzz_$$t- $$dirs > fuzz_$$t.log 2>&1; then \
-	    grep -E '^#[0-9]+.*DONE' fuzz_$$t.log | tail -1; \
+	    grep -a -E '^#[0-9]+.*DONE' fuzz_$$t.log | tail -1; \
 	  else echo FAILED; tail -40 fuzz_$$t.log; exit 1; fi; \
 	done
 endef
