@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,8 @@ void readWords(const std::vector<Word>& words) {
     }
 }
 
-ws::WsSegmenter* segmenterFor(const std::string& config) {
-    auto* s = new ws::WsSegmenter();
+std::unique_ptr<ws::WsSegmenter> segmenterFor(const std::string& config) {
+    auto s = std::make_unique<ws::WsSegmenter>();
     if (!s->init(config.c_str())) {
         std::fprintf(stderr, "fuzz_segment: cannot set up %s\n", config.c_str());
         std::abort();
@@ -48,14 +49,14 @@ ws::WsSegmenter* segmenterFor(const std::string& config) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Built once and kept for the process. The names configuration is read
     // whole by init, before its temporary directory goes.
-    static ws::WsSegmenter* const segmenters[] = {
+    static const std::unique_ptr<ws::WsSegmenter> segmenters[] = {
         segmenterFor(ZEG_FUZZ_DATA_DIR "/segmenter.conf"),
         segmenterFor(zeg_test::TempDir().write(
             "names.conf", "#include \"" ZEG_FUZZ_DATA_DIR "/segmenter-names.conf\"\n"
                           "ENABLE_POS_TAGGER = 1\n"))};
     if (size < 1) return 0;
     const unsigned flags = data[0];
-    ws::WsSegmenter* const segmenter = segmenters[(flags >> 1) & 1];
+    ws::WsSegmenter* const segmenter = segmenters[(flags >> 1) & 1].get();
     const char* utf8 = reinterpret_cast<const char*>(data + 1);
     const auto len = static_cast<unsigned>(size - 1);
 
