@@ -1,7 +1,7 @@
 // libFuzzer entry: arbitrary bytes loaded as a dictionary every way there
 // is (in place, from a stream, mapped, in a dictionary set; as a
 // part-of-speech dictionary; as a phrase dictionary from a stream and a
-// file), then looked up.
+// file; as family names and character counts), then looked up.
 // Nothing may crash or read outside the bytes.
 #include <sys/mman.h>
 #include <unistd.h>
@@ -13,9 +13,11 @@
 #include <vector>
 
 #include "fuzz/DictSeeds.h"
+#include "fuzz/FuzzTarget.h"
 #include "ws/core/wsFile.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/dict/wsBaseDict.h"
+#include "ws/dict/wsCharFreqDict.h"
 #include "ws/dict/wsDictSet.h"
 #include "ws/dict/wsFamilyNameDict.h"
 #include "ws/dict/wsMaxentDict.h"
@@ -144,6 +146,21 @@ void exercisePos(ws::TrigramPosDict& d, const std::vector<std::string>& keys) {
     d.getTagId("n");
 }
 
+// Character counts over the seed words' characters. One table for the
+// process: it is large, and a load only overwrites entries.
+void exerciseCharFreq(const std::string& path, const std::vector<std::string>& keys) {
+    static ws::CharFreqDict freq;
+    freq.loadText(path.c_str());
+    volatile float sum = 0;
+    for (const std::string& k : keys) {
+        const auto* units = reinterpret_cast<const unsigned short*>(k.data());
+        for (size_t i = 0; i < k.size() / 2; ++i)
+            sum = sum + freq.getAloneCharProb(units[i]) + freq.getCharInWordProb(units[i]) +
+                  freq.getFirstCharProb(units[i]) + freq.getMiddleCharProb(units[i]) +
+                  freq.getFinalCharProb(units[i]);
+    }
+}
+
 // The bytes as a file that can be mapped: an anonymous memory file.
 std::string asFile(const uint8_t* data, size_t size, int& fd) {
     fd = memfd_create("fuzz-dict", MFD_CLOEXEC);
@@ -153,6 +170,10 @@ std::string asFile(const uint8_t* data, size_t size, int& fd) {
 }
 
 }  // namespace
+
+std::vector<std::string> zeg_fuzz::builtInSeeds() {
+    return dictSeeds();
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Failed loads are the norm here; their log lines are noise.
@@ -203,6 +224,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (mapped.loadDict(path.c_str()) == 0) exerciseMaxent(mapped, keys);
         ws::FamilyNameDict family;
         family.loadText(path.c_str(), 1.0f);
+        exerciseCharFreq(path, keys);
     }
     ws::TrigramPosDict mappedPos(nullptr);
     if (!path.empty() && mappedPos.loadDict(path.c_str()) == 0) exercisePos(mappedPos, keys);

@@ -148,7 +148,8 @@ const std::vector<std::string>& seedKeys() {
 std::vector<std::string> dictSeeds() {
     ws::WsCoreDict empty;
     return {coreDict(0), coreDict(2), bytesOf(empty), baseDict(), posDict(), phraseDict(),
-            maxentDict(), "王\t12\n欧阳\t3.5\n李\n"};
+            maxentDict(), "王\t12\n欧阳\t3.5\n李\n",
+            "清 10 2 3 4\n华 1 0 0 9\r\n大\t0\t5\t1\t2\n"};
 }
 
 }  // namespace zeg_fuzz

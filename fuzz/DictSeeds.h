@@ -9,7 +9,7 @@ namespace zeg_fuzz {
 // Valid dictionary files to start from: small core dictionaries (records
 // with granularities, properties, semantic items and user values), an
 // empty one, a BaseDict, a part-of-speech dictionary, a phrase dictionary,
-// a person-name model and a family-name list.
+// a person-name model, a family-name list and character counts.
 std::vector<std::string> dictSeeds();
 
 // The words the seeds hold, as UTF-16LE keys: the lookups worth trying.

@@ -39,6 +39,7 @@ Config::~Config() = default;
 
 bool Config::init(const char* path) {
     m_includeDepth = 0;
+    m_includeCount = 0;
     return _load(path);
 }
 
@@ -132,6 +133,11 @@ Config::IncludeResult Config::_procInclude(const std::string& line) {
     if (m_includeDepth >= kMaxIncludeDepth) {
         std::cerr << "can't include file " << path << ": more than " << kMaxIncludeDepth
                   << " nested includes" << std::endl;
+        return INCLUDE_FAILED;
+    }
+    if (++m_includeCount > kMaxIncludes) {
+        std::cerr << "can't include file " << path << ": more than " << kMaxIncludes
+                  << " includes" << std::endl;
         return INCLUDE_FAILED;
     }
     ++m_includeDepth;

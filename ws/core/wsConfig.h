@@ -65,6 +65,9 @@ protected:
     // Deepest chain of nested includes; beyond it an include fails, so a
     // file that includes itself cannot recurse without end.
     static constexpr int kMaxIncludeDepth = 16;
+    // Most includes one init follows; beyond it every include fails, so a
+    // file that includes itself several times cannot take exponential time.
+    static constexpr int kMaxIncludes = 256;
 
     // Reads `path` line by line into the maps, stopping at the first line
     // _loadLine refuses. False only when `path` cannot be opened.
@@ -88,6 +91,7 @@ private:
     std::map<std::string, std::string> m_items;
     std::map<std::string, std::string> m_variables;  // names include the '$'
     int m_includeDepth = 0;
+    int m_includeCount = 0;
 };
 
 }  // namespace ws

@@ -113,6 +113,19 @@ TEST_F(ConfigTest, SelfIncludeStopsAtTheDepthLimit) {
     EXPECT_EQ(config.getString("B", ""), "2");
 }
 
+// Three self-includes a line would be 3^16 loads under the depth limit alone.
+TEST_F(ConfigTest, RepeatedSelfIncludeStopsAtTheIncludeLimit) {
+    const std::string path = dir.file("fan.conf");
+    const std::string include = "#include \"" + path + "\"\n";
+    dir.write("fan.conf", include + include + include + "A = 1\n");
+    testing::internal::CaptureStderr();
+    ASSERT_TRUE(config.init(path.c_str()));
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(
+                  "can't include file " + path + ": more than 256 includes\n"),
+              std::string::npos);
+    EXPECT_EQ(config.getString("A", ""), "1");
+}
+
 TEST_F(ConfigTest, UnopenableFileFailsInitAndKeepsSettings) {
     ASSERT_TRUE(load("a.conf", "A = 1\n"));
     const std::string missing = dir.file("missing.conf");
