@@ -1,5 +1,8 @@
 #include "ws/dict/wsCharFreqDict.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <new>
@@ -75,6 +78,20 @@ CharFreqDict::CharFreqDict() {
     }
 }
 
+// Room for as many entries as the file can have lines (each takes at least
+// ten bytes), so that growing never copies entries: the untouched rest of
+// a large allocation costs no memory.
+void CharFreqDict::_reserveFor(const char* path) {
+    struct stat st;
+    if (::stat(path, &st) != 0 || st.st_size <= 0) return;
+    const size_t lines = static_cast<size_t>(st.st_size) / 10 + 2;
+    try {
+        m_entries.reserve(m_entries.size() + std::min<size_t>(lines, kTableSize));
+    } catch (const std::bad_alloc&) {
+        // Growing entry by entry still works.
+    }
+}
+
 bool CharFreqDict::loadText(const char* path) {
     WsLogger* log = WsLogger::getWsLogger();
     LineReader reader(kLineBuffer);
@@ -86,6 +103,7 @@ bool CharFreqDict::loadText(const char* path) {
         log->printErr(nullptr, WS_ERR_MEMORY, kSource, __LINE__, nullptr);
         return false;
     }
+    _reserveFor(path);
     std::string line;
     Field fields[kFields];
     while (reader.next(line)) {

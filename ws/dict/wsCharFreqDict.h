@@ -101,6 +101,8 @@ private:
     // Sets the entry of the line's fields; false, logged, when the
     // character has no entry.
     bool _setEntry(const Field* fields, const char* path);
+    // Reserves entries for the lines the file at `path` can hold.
+    void _reserveFor(const char* path);
     // The probability `field` of c's entry, or `def` when c has no line.
     float _prob(unsigned short c, float CharFreqEntry::*field, float def) const;
     // The first character of `s` as one code unit; 0 when there is none.
