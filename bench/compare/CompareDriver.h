@@ -73,6 +73,27 @@ inline void printFigures(double loadSeconds, double runSeconds, double cpuSecond
               runSeconds, cpuSeconds, lines.size(), bytes);
 }
 
+// The start of every driver: `argc` must be `wanted` (the last two
+// arguments INPUT and OUTPUT); reads INPUT into `lines`. 0, or the exit
+// code after a message: 2 for a wrong command line, 1 for an unreadable input.
+inline int readInput(int argc, char** argv, int wanted, const char* usage,
+                     std::vector<std::string>& lines) {
+  if (argc != wanted) {
+    std::fprintf(stderr, "usage: %s\n", usage);
+    return 2;
+  }
+  return readLines(argv[argc - 2], lines) ? 0 : 1;
+}
+
+// The end of every driver: writes `text` to OUTPUT (the last argument) and
+// prints the figures; the exit code.
+inline int finish(int argc, char** argv, const std::string& text, double loadSeconds,
+                  double runSeconds, double cpuSeconds, const std::vector<std::string>& lines) {
+  if (!writeText(argv[argc - 1], text)) return 1;
+  printFigures(loadSeconds, runSeconds, cpuSeconds, lines);
+  return 0;
+}
+
 // True for a word of blanks only: peers emit the separators as words.
 inline bool isBlank(const std::string& word) {
   return word.find_first_not_of(" \t\r\n\xE3\x80\x80") == std::string::npos;

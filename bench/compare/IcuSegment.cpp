@@ -8,12 +8,8 @@
 #include <unicode/utext.h>
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: icu_segment INPUT OUTPUT\n");
-    return 2;
-  }
   std::vector<std::string> lines;
-  if (!compare::readLines(argv[1], lines)) return 1;
+  if (int rc = compare::readInput(argc, argv, 3, "icu_segment INPUT OUTPUT", lines)) return rc;
 
   auto start = std::chrono::steady_clock::now();
   UErrorCode status = U_ZERO_ERROR;
@@ -50,7 +46,5 @@ int main(int argc, char** argv) {
   double run = compare::secondsSince(start);
   double cpu = compare::cpuSecondsSince(cpuStart);
 
-  if (!compare::writeText(argv[2], text)) return 1;
-  compare::printFigures(load, run, cpu, lines);
-  return 0;
+  return compare::finish(argc, argv, text, load, run, cpu, lines);
 }

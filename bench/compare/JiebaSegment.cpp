@@ -5,12 +5,8 @@
 #include "cppjieba/MPSegment.hpp"
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
-    std::fprintf(stderr, "usage: jieba_segment DICT INPUT OUTPUT\n");
-    return 2;
-  }
   std::vector<std::string> lines;
-  if (!compare::readLines(argv[2], lines)) return 1;
+  if (int rc = compare::readInput(argc, argv, 4, "jieba_segment DICT INPUT OUTPUT", lines)) return rc;
 
   auto start = std::chrono::steady_clock::now();
   cppjieba::MPSegment segmenter(argv[1]);
@@ -32,7 +28,5 @@ int main(int argc, char** argv) {
   double run = compare::secondsSince(start);
   double cpu = compare::cpuSecondsSince(cpuStart);
 
-  if (!compare::writeText(argv[3], text)) return 1;
-  compare::printFigures(load, run, cpu, lines);
-  return 0;
+  return compare::finish(argc, argv, text, load, run, cpu, lines);
 }

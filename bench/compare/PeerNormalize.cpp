@@ -13,12 +13,8 @@
 #include "cppjieba/MPSegment.hpp"
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
-    std::fprintf(stderr, "usage: peer_normalize DICT INPUT OUTPUT\n");
-    return 2;
-  }
   std::vector<std::string> lines;
-  if (!compare::readLines(argv[2], lines)) return 1;
+  if (int rc = compare::readInput(argc, argv, 4, "peer_normalize DICT INPUT OUTPUT", lines)) return rc;
 
   auto start = std::chrono::steady_clock::now();
   UErrorCode status = U_ZERO_ERROR;
@@ -62,7 +58,5 @@ int main(int argc, char** argv) {
   double run = compare::secondsSince(start);
   double cpu = compare::cpuSecondsSince(cpuStart);
 
-  if (!compare::writeText(argv[3], text)) return 1;
-  compare::printFigures(load, run, cpu, lines);
-  return 0;
+  return compare::finish(argc, argv, text, load, run, cpu, lines);
 }

@@ -176,17 +176,6 @@ int DoubleTrie::match(const unsigned char* key, int len) const {
     return m == len ? m_front.endValue(s) : 0;
 }
 
-bool DoubleTrie::visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
-                       int& count) const {
-    if (isSeparator(s)) {
-        tailMatch(s, i, key, len, out, count);
-        return true;
-    }
-    const int t = m_front.next(s, DoubleArrayTrie::kCodeEnd);
-    if (t != 0) out[count++] = MatchInfo{i, m_front.cells()[t].base};
-    return false;
-}
-
 void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                            int& count) const {
     const int e = separatorEntry(s);
@@ -215,7 +204,24 @@ void DoubleTrie::buildPairStates() {
 
 int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
+    // The cells in locals: writes to `out` could otherwise alias the
+    // trie's members and force their reloads.
+    const DoubleArrayTrie::Cell* const cells = m_front.cells();
+    const uint32_t length = static_cast<uint32_t>(m_front.length());
     int count = 0;
+    // Front state `s`, reached by key byte `i`: adds its match (end mark,
+    // or the separator's tail); true when the walk ends there.
+    auto arrive = [&](int s, int i) {
+        const int32_t base = cells[s].base;
+        if (base < -1) {
+            tailMatch(s, i, key, len, out, count);
+            return true;
+        }
+        const uint32_t end = static_cast<uint32_t>(base) + DoubleArrayTrie::kCodeEnd + 1;
+        if (end != 0 && end < length && cells[end].check == s)
+            out[count++] = MatchInfo{i, cells[end].base};
+        return false;
+    };
     int s = m_front.root();
     int i = 0;
     // The first two bytes in one step where the table says nothing can
@@ -226,26 +232,15 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
         if (t != kPairSlow) {
             s = t;
             i = 1;
-            if (visit(s, i, key, len, out, count)) return count;
+            if (arrive(s, i)) return count;
             ++i;
         }
     }
-    // The walk of visit() with the cells in locals: writes to `out` could
-    // otherwise alias the trie's members and force their reloads.
-    const DoubleArrayTrie::Cell* const cells = m_front.cells();
-    const uint32_t length = static_cast<uint32_t>(m_front.length());
     for (; i < len && count < max; ++i) {
         const uint32_t t = static_cast<uint32_t>(cells[s].base) + key[i] + 1;
         if (t == 0 || t >= length || cells[t].check != s) break;
         s = static_cast<int>(t);
-        const int32_t base = cells[s].base;
-        if (base < -1) {  // a separator: the rest is its tail
-            tailMatch(s, i, key, len, out, count);
-            break;
-        }
-        const uint32_t end = static_cast<uint32_t>(base) + DoubleArrayTrie::kCodeEnd + 1;
-        if (end != 0 && end < length && cells[end].check == s)
-            out[count++] = MatchInfo{i, cells[end].base};
+        if (arrive(s, i)) break;
     }
     return count;
 }

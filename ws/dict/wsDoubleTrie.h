@@ -95,11 +95,6 @@ private:
     // The value of `key` when it continues separator entry `e`; 0 otherwise.
     int tailValue(int e, const unsigned char* tail, int len) const;
 
-    // Checks front state `s`, reached by key byte `i`: adds its match to
-    // out[count] (end mark, or a separator's tail that the key continues).
-    // True when the walk ends here (a separator).
-    bool visit(int s, int i, const unsigned char* key, int len, MatchInfo* out,
-               int& count) const;
     // Adds the match of separator `s`'s tail when the key continues it.
     void tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                    int& count) const;
