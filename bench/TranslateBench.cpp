@@ -42,6 +42,7 @@ void loadStopWords(int extra) {
                              static_cast<char>(0xA1 + k % 94)};
         normalize::gStopWords.insert(std::string(word, 4));
     }
+    normalize::wordListsChanged();
 }
 
 // Arguments: the mode and the number of extra stop words.

@@ -21,5 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (const auto& s : normalize::gSynonymsWords) sum = sum + s.first.size() + s.second.size();
     normalize::gStopWords.clear();
     normalize::gSynonymsWords.clear();
+    normalize::wordListsChanged();
     return 0;
 }

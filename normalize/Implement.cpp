@@ -145,6 +145,8 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
 // done their work in Translate and do not change the lookup; the replacement
 // comes back as the file spells it.
 const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
+    m_synonyms.refresh(gSynonymsWords);
+    if (!m_synonyms.mayContain(word)) return word;
     m_key = word;
     AlgoUtil::stringToupper(m_key);
     const auto found = gSynonymsWords.find(m_key);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "norm_utility/AlgoIconv.h"
+#include "normalize/SynonymFilter.h"
 #include "normalize/nmSegment.h"
 
 namespace normalize {
@@ -74,6 +75,7 @@ private:
     std::string m_gbk;
     std::string m_text;
     std::string m_key;
+    SynonymFilter m_synonyms;
     std::string m_joined;
     std::vector<std::pair<std::pair<unsigned int, unsigned int>, const std::string*>> m_order;
 };

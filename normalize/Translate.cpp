@@ -50,38 +50,46 @@ Piece translateOne(const unsigned char* b, int mode) {
     return single(foldCase(b[0], mode), 1);
 }
 
-// Membership of the one- and two-byte members of gStopWords, taken once for
-// a call that looks up many pieces: a bit test instead of a tree walk.
+// The one- and two-byte members of gStopWords by their bytes: a piece is
+// looked up by one bit test. Built once per thread and list version
+// (wordListsGeneration and the set's size), as walking the set costs more
+// than translating a query.
 class StopPieceIndex {
 public:
-    explicit StopPieceIndex(const std::set<std::string>& words) {
-        for (const std::string& word : words) {
-            const std::size_t at = word.empty() ? kNoSlot : slot(word.data(), word.size());
-            if (at != kNoSlot) m_bits[at] = true;
-        }
-    }
-
     bool contains(const Piece& piece) const { return m_bits[slot(piece.bytes, piece.length)]; }
 
+    // The calling thread's index of the current gStopWords.
+    static const StopPieceIndex& current() {
+        thread_local StopPieceIndex index;
+        index.refresh();
+        return index;
+    }
+
 private:
-    // A single byte, or a pair in the table's range: no other two bytes can
-    // make a piece. kNoSlot stands for every other string and is never set.
-    static constexpr std::size_t kNoSlot = 256 + kGBKTableBytes / 2;
+    static constexpr std::size_t kSlots = 256 + 65536;
 
     static std::size_t slot(const char* bytes, std::size_t length) {
         const auto b1 = static_cast<unsigned char>(bytes[0]);
         if (length == 1) return b1;
-        const auto b2 = static_cast<unsigned char>(bytes[1]);
-        if (length > 2 || b1 < 0x81 || b1 > 0xFE || b2 < 0x40 || b2 > 0xFE) return kNoSlot;
-        return 256 + static_cast<std::size_t>(GBKTableOffset(b1, b2)) / 2;
+        return 256 + (static_cast<std::size_t>(b1) << 8 | static_cast<unsigned char>(bytes[1]));
     }
 
-    std::bitset<kNoSlot + 1> m_bits;
-};
+    void refresh() {
+        const unsigned generation = wordListsGeneration();
+        if (m_built && m_generation == generation && m_size == gStopWords.size()) return;
+        m_bits.reset();
+        for (const std::string& word : gStopWords)
+            if (word.size() == 1 || word.size() == 2) m_bits[slot(word.data(), word.size())] = true;
+        m_generation = generation;
+        m_size = gStopWords.size();
+        m_built = true;
+    }
 
-// Walking the whole set costs about as much as a few lookups; beyond this
-// many words per query byte the pieces are looked up one by one instead.
-constexpr std::size_t kWordsPerByteToIndex = 4;
+    std::bitset<kSlots> m_bits;
+    unsigned m_generation = 0;
+    std::size_t m_size = 0;
+    bool m_built = false;
+};
 
 // Writes the pieces of the zero-terminated `b` to `out`, a space for each
 // piece isStop accepts. Returns the bytes written, never more than read.
@@ -101,14 +109,8 @@ std::size_t translateInto(const unsigned char* b, int mode, char* out, IsStop is
     return n;
 }
 
-std::size_t translateWithStops(const unsigned char* b, std::size_t size, int mode, char* out) {
-    if (gStopWords.size() > kWordsPerByteToIndex * size) {
-        return translateInto(b, mode, out, [](const Piece& piece) {
-            // At most two bytes: the key stays in the string's own buffer.
-            return gStopWords.count(std::string(piece.bytes, piece.length)) != 0;
-        });
-    }
-    const StopPieceIndex index(gStopWords);
+std::size_t translateWithStops(const unsigned char* b, int mode, char* out) {
+    const StopPieceIndex& index = StopPieceIndex::current();
     return translateInto(b, mode, out,
                          [&index](const Piece& piece) { return index.contains(piece); });
 }
@@ -128,7 +130,7 @@ void Translate(const std::string& query, int mode, std::string& result) {
     const auto* b = reinterpret_cast<const unsigned char*>(query.c_str());
     std::size_t n = 0;
     if ((mode & kStopToSpace) && !gStopWords.empty())
-        n = translateWithStops(b, query.size(), mode, &result[0]);
+        n = translateWithStops(b, mode, &result[0]);
     else
         n = translateInto(b, mode, &result[0], [](const Piece&) { return false; });
     result.resize(n);

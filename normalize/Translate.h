@@ -20,8 +20,9 @@ enum TranslateMode {
 // change single ASCII bytes and full-width letters turned to ASCII, never a
 // double-byte character. Mode 0 returns the query unchanged.
 // Allocates only the result (reserved to the query's length). Reads
-// gStopWords when kStopToSpace is set, so it must not run while a loader
-// fills that set.
+// gStopWords when kStopToSpace is set, through an index each thread keeps
+// (see wordListsGeneration), so it must not run while a loader fills that
+// set.
 std::string Translate(const std::string& query, int mode);
 // The same into `result` (not `query`), reusing its memory.
 void Translate(const std::string& query, int mode, std::string& result);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cstring>
 #include <vector>
 
@@ -19,6 +20,8 @@ std::set<std::string> gStopWords;
 std::map<std::string, std::string> gSynonymsWords;
 
 namespace {
+
+std::atomic<unsigned> gGeneration{0};
 
 // The line as read, without its line end, so that a report stays one line.
 std::string withoutLineEnd(const char* line) {
@@ -41,6 +44,10 @@ void addSynonymLine(const char* line, const std::string& path, int lineNumber,
 
 }  // namespace
 
+unsigned wordListsGeneration() { return gGeneration.load(std::memory_order_acquire); }
+
+void wordListsChanged() { gGeneration.fetch_add(1, std::memory_order_acq_rel); }
+
 bool loadStopFile(const std::string& path) {
     StdioFile file;
     if (!file.open(path.c_str())) return false;
@@ -58,6 +65,7 @@ bool loadStopFile(const std::string& path) {
         }
     }
     if (!word.empty()) gStopWords.insert(word);
+    wordListsChanged();
     return true;
 }
 
@@ -75,6 +83,7 @@ bool loadSynonymsFile(const std::string& path) {
     std::vector<std::string> fields;
     for (int lineNumber = 1; file.readLine(line, sizeof line); ++lineNumber)
         addSynonymLine(line, path, lineNumber, fields);
+    wordListsChanged();
     return true;
 }
 

@@ -14,6 +14,12 @@ extern std::set<std::string> gStopWords;
 // Key: the word with ASCII letters upper-cased; value: its replacement.
 extern std::map<std::string, std::string> gSynonymsWords;
 
+// Indexes built from the lists (per thread or per worker) remember this
+// number and the list's size, and rebuild when either changed. Both loaders
+// bump it; code that edits a list by hand calls wordListsChanged().
+unsigned wordListsGeneration();
+void wordListsChanged();
+
 // Adds every white-space separated word of the file to gStopWords.
 // False, silently, when the file cannot be opened (a directory included).
 bool loadStopFile(const std::string& path);

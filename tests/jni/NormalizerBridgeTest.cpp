@@ -18,6 +18,7 @@ protected:
     NormalizerBridgeTest() {
         normalize::gStopWords.clear();
         normalize::gSynonymsWords.clear();
+        normalize::wordListsChanged();
     }
 
     // Initialises the facade with `synonyms` (UTF-8 lines "word\x01replacement").

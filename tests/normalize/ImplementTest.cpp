@@ -23,6 +23,7 @@ protected:
     ImplementTest() {
         normalize::gStopWords.clear();
         normalize::gSynonymsWords.clear();
+        normalize::wordListsChanged();
         files.stopWords = "的 ？ ?";
         files.synonyms = "北大\x01北京大学\n"
                          "abc\x01XyZ\n"

@@ -20,6 +20,7 @@ protected:
     NormalizeIntfTest() {
         normalize::gStopWords.clear();
         normalize::gSynonymsWords.clear();
+        normalize::wordListsChanged();
     }
 
     bool init(const std::string& path) {

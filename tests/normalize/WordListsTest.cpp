@@ -19,6 +19,7 @@ protected:
     WordListsTest() {
         gStopWords.clear();
         gSynonymsWords.clear();
+        normalize::wordListsChanged();
     }
 
     // Loads `text` as a synonym file; returns the loader's result and leaves

@@ -228,6 +228,12 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
     // match before them.
     if (len >= 2 && !m_pairStates.empty()) {
         const int t = m_pairStates[key[0] | key[1] << 8];
+        // Segmenters walk from every character in turn: start fetching the
+        // next walk's first state while this one waits on memory.
+        if (len >= 4) {
+            const int next = m_pairStates[key[2] | key[3] << 8];
+            if (next > 0) __builtin_prefetch(&cells[next]);
+        }
         if (t == 0) return 0;
         if (t != kPairSlow) {
             s = t;
