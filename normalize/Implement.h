@@ -53,6 +53,12 @@ public:
     // failure and the over-long case write one line to standard error.
     int doNormalize(const std::string& query, int mode, std::string& out,
                     std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk);
+    // The same, the words kept in the object (for callers that do not want
+    // them: no list to allocate per query).
+    int doNormalize(const std::string& query, int mode, std::string& out, bool inputIsGbk,
+                    bool outputIsGbk) {
+        return doNormalize(query, mode, out, m_words, inputIsGbk, outputIsGbk);
+    }
 
 private:
     // The replacement of `word` in the synonym map, or `word` itself (a
@@ -77,6 +83,7 @@ private:
     std::string m_key;
     SynonymFilter m_synonyms;
     std::string m_joined;
+    std::vector<std::string> m_words;
     std::vector<std::pair<std::pair<unsigned int, unsigned int>, const std::string*>> m_order;
 };
 

@@ -84,26 +84,35 @@ Implement* NormalizeIntf::_threadImplement() {
     return t_implement.implement;
 }
 
-int NormalizeIntf::doNormalize(const std::string& input, int mode, std::string& output,
-                               std::vector<std::string>& words, bool inputIsGbk,
-                               bool outputIsGbk) {
+Implement* NormalizeIntf::_readyImplement(const std::string& input) {
     if (!isInitialized()) {
         writeErrorLine("[NormalizeIntf::doNormalize] interface is not initialized. input is [" +
                        input + "]");
-        return -1;
+        return nullptr;
     }
-    Implement* implement = _threadImplement();
-    if (implement == nullptr) return -1;
-    const int result = implement->doNormalize(input, mode, output, words, inputIsGbk, outputIsGbk);
+    return _threadImplement();
+}
+
+int NormalizeIntf::_reported(int result, const std::string& input) {
     if (result != 0)
         writeErrorLine("[NormalizeIntf::doNormalize] doNormalize failed for input [" + input + "]");
     return result;
 }
 
 int NormalizeIntf::doNormalize(const std::string& input, int mode, std::string& output,
+                               std::vector<std::string>& words, bool inputIsGbk,
+                               bool outputIsGbk) {
+    Implement* implement = _readyImplement(input);
+    if (implement == nullptr) return -1;
+    return _reported(implement->doNormalize(input, mode, output, words, inputIsGbk, outputIsGbk),
+                     input);
+}
+
+int NormalizeIntf::doNormalize(const std::string& input, int mode, std::string& output,
                                bool inputIsGbk, bool outputIsGbk) {
-    std::vector<std::string> words;
-    return doNormalize(input, mode, output, words, inputIsGbk, outputIsGbk);
+    Implement* implement = _readyImplement(input);
+    if (implement == nullptr) return -1;
+    return _reported(implement->doNormalize(input, mode, output, inputIsGbk, outputIsGbk), input);
 }
 
 }  // namespace normalize

@@ -54,6 +54,11 @@ private:
     // The calling thread's Implement for the current init; null, with a
     // message, when it cannot be set up.
     Implement* _threadImplement();
+    // _threadImplement once the interface is initialised; null, with a
+    // message, otherwise.
+    Implement* _readyImplement(const std::string& input);
+    // `result`, with a message when it is a failure.
+    static int _reported(int result, const std::string& input);
 
     static NormalizeIntf* m_pInstance;
 

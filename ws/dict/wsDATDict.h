@@ -86,6 +86,12 @@ public:
     // for `max`, or null).
     int matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
                      const char** records, unsigned max) const;
+    // False when matchRecords(key, len, ...) certainly finds nothing (see
+    // DoubleTrie::mayMatch).
+    bool mayMatch(const char* key, unsigned len) const {
+        return m_trie->mayMatch(reinterpret_cast<const unsigned char*>(key),
+                                len > 2 ? 2 : static_cast<int>(len));
+    }
 
     // Adds a word given as UTF-8 (`len` bytes) with its record: a null
     // `weight` means 1.0; `extra` holds extraLen bytes (may be null only

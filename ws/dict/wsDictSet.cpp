@@ -167,6 +167,10 @@ int WsDictSet::getWordId(const unsigned short* word, unsigned len, unsigned char
 
 void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
                         unsigned max, Matches& out) {
+    if (!dict.mayMatch(key, len)) {
+        out.count = 0;
+        return;
+    }
     out.count = dict.matchRecords(key, len, out.info, out.record, max);
     for (int i = 0; i < out.count; ++i) out.info[i].value += offset;
 }

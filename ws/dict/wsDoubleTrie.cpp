@@ -44,6 +44,7 @@ void DoubleTrie::clear() {
     m_freeEntries.clear();
     m_buildable = false;
     std::vector<int32_t>().swap(m_pairStates);
+    std::vector<uint64_t>().swap(m_pairBits);
 }
 
 const char* DoubleTrie::toolsVersion() const { return kMagic; }
@@ -89,6 +90,7 @@ bool DoubleTrie::load(std::FILE* fp) {
     m_table = m_storage.data();
     m_owned = true;
     buildPairStates();
+    buildPairBits();
     return true;
 }
 
@@ -125,6 +127,7 @@ char* DoubleTrie::load(char* buffer, unsigned long size) {
         m_owned = true;
     }
     buildPairStates();
+    buildPairBits();
     return end;
 }
 
@@ -202,6 +205,33 @@ void DoubleTrie::buildPairStates() {
     m_pairStates.swap(states);
 }
 
+// Small tries: a scan of the cells finds every two-byte path (a parent
+// whose own parent is the root), cheaper than probing all 65536 pairs.
+void DoubleTrie::buildPairBits() {
+    std::vector<uint64_t>().swap(m_pairBits);
+    if (m_front.length() >= kPairTableMinCells || m_front.length() <= m_front.root()) return;
+    std::vector<uint64_t> bits(kPairCount / 64, 0);
+    auto set = [&bits](uint32_t pair) { bits[pair / 64] |= uint64_t{1} << (pair % 64); };
+    const DoubleArrayTrie::Cell* cells = m_front.cells();
+    const int length = m_front.length();
+    const int root = m_front.root();
+    const uint32_t rootBase = static_cast<uint32_t>(cells[root].base);
+    for (int b0 = 0; b0 < 256; ++b0) {
+        const int s1 = m_front.next(root, b0);
+        if (s1 == 0 || (!isSeparator(s1) && m_front.next(s1, DoubleArrayTrie::kCodeEnd) == 0))
+            continue;
+        for (uint32_t b1 = 0; b1 < 256; ++b1) set(static_cast<uint32_t>(b0) | b1 << 8);
+    }
+    for (int t = 1; t < length; ++t) {
+        const int p = cells[t].check;
+        if (p < 1 || p >= length || p == root || cells[p].check != root) continue;
+        const uint32_t b0 = static_cast<uint32_t>(p) - rootBase - 1;
+        const uint32_t b1 = static_cast<uint32_t>(t) - static_cast<uint32_t>(cells[p].base) - 1;
+        if (b0 <= 255 && b1 <= 255) set(b0 | b1 << 8);
+    }
+    m_pairBits.swap(bits);
+}
+
 int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
     // The cells in locals: writes to `out` could otherwise alias the
@@ -222,6 +252,7 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
             out[count++] = MatchInfo{i, cells[end].base};
         return false;
     };
+    if (!m_pairBits.empty() && !mayMatch(key, len)) return 0;
     int s = m_front.root();
     int i = 0;
     // The first two bytes in one step where the table says nothing can
@@ -253,6 +284,7 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
 
 void DoubleTrie::prepareForAdd() {
     std::vector<int32_t>().swap(m_pairStates);  // rebuilt by the next load only
+    std::vector<uint64_t>().swap(m_pairBits);
     if (m_front.length() == 0) {
         init();
         return;

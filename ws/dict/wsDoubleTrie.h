@@ -69,6 +69,15 @@ public:
     const char* get_err() const override { return m_err; }
     int match(const unsigned char* key, int len) const override;
     int matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const override;
+    // False when matchAll(key, len, ...) certainly finds nothing, judged by
+    // the first two bytes alone (a loaded trie's filter); inline, so that a
+    // caller asking several dictionaries skips the calls.
+    bool mayMatch(const unsigned char* key, int len) const {
+        if (len < 2) return true;
+        const unsigned pair = key[0] | key[1] << 8;
+        if (!m_pairBits.empty()) return (m_pairBits[pair / 64] >> (pair % 64) & 1) != 0;
+        return m_pairStates.empty() || m_pairStates[pair] != 0;
+    }
     int add(const unsigned char* key, int len, int value) override;
     const char* stats() override;
     void listAllEntries() override;
@@ -100,6 +109,8 @@ private:
                    int& count) const;
     // Fills m_pairStates for a loaded trie big enough to gain from it.
     void buildPairStates();
+    // Fills m_pairBits for a loaded trie too small for m_pairStates.
+    void buildPairBits();
     void resetHeader();
     bool failLoad(const std::string& message);
     // Reads magic and entry count from the kHeaderSize bytes at `header`.
@@ -140,6 +151,9 @@ private:
     static const int kPairSlow = -1;
     static const int kPairTableMinCells = 1 << 16;
     std::vector<int32_t> m_pairStates;
+    // For the other tries, one bit a two-byte prefix: clear when matchAll
+    // can find nothing after it (the same rule as a 0 above).
+    std::vector<uint64_t> m_pairBits;
 };
 
 // Relocation callback installed on the rear trie: entries follow the state.

@@ -103,6 +103,7 @@ void expectAgrees(const TrieBase& trie, const Model& model, std::mt19937& rng, c
         for (char& c : probe) c = static_cast<char>(rng() % 16);
         auto it = model.find(probe);
         ASSERT_EQ(match(trie, probe), it == model.end() ? 0 : it->second) << stage;
+        ASSERT_EQ(matchAll(trie, probe, 512), modelMatchAll(model, probe)) << stage;
     }
 }
 
@@ -374,6 +375,33 @@ TEST(DoubleTrie, SharedTailsAreStoredOnce) {
     EXPECT_EQ(t.entryCount(), 4);
     EXPECT_EQ(match(t, "a-common-tail"), 1);
     EXPECT_EQ(match(t, "a-common"), 0);
+}
+
+// Loading builds a first-two-bytes filter; over a small alphabet, keys of
+// one byte, separators after one byte and absent pairs are all common.
+TEST(DoubleTrie, LoadedSmallTriesMatchEveryPrefixAsAMapDoes) {
+    std::mt19937 rng = seeded(7);
+    for (int round = 0; round < 20; ++round) {
+        Model model;
+        const unsigned alphabet = 2 + round % 6;
+        auto word = [&](size_t len) {
+            std::string k(len, '\0');
+            for (char& c : k) c = static_cast<char>(rng() % alphabet);
+            return k;
+        };
+        for (int i = 0; i < 5 + round * 3; ++i) model[word(1 + rng() % 4)] = i + 1;
+        DoubleTrie built;
+        built.init();
+        for (const auto& kv : model) add(built, kv.first, kv.second);
+        const std::string bytes = zeg_test::serialize(built);
+        zeg_test::AlignedBuffer buffer(bytes);
+        DoubleTrie loaded;
+        ASSERT_NE(loaded.load(buffer.data(), buffer.size()), nullptr);
+        for (int i = 0; i < 300; ++i) {
+            const std::string probe = word(1 + rng() % 6);
+            ASSERT_EQ(matchAll(loaded, probe, 512), modelMatchAll(model, probe)) << round;
+        }
+    }
 }
 
 class DoubleTrieDamage : public ::testing::Test {
