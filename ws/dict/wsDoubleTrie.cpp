@@ -261,9 +261,17 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
         const int t = m_pairStates[key[0] | key[1] << 8];
         // Segmenters walk from every character in turn: start fetching the
         // next walk's first state while this one waits on memory.
-        if (len >= 4) {
+        if (len >= 6) {
             const int next = m_pairStates[key[2] | key[3] << 8];
-            if (next > 0) __builtin_prefetch(&cells[next]);
+            if (next > 0) {
+                const uint32_t base = static_cast<uint32_t>(cells[next].base);
+                const uint32_t step = base + key[4] + 1;
+                const uint32_t end = base + DoubleArrayTrie::kCodeEnd + 1;
+                if (step < length) __builtin_prefetch(&cells[step]);
+                if (end < length) __builtin_prefetch(&cells[end]);
+            }
+            const int after = m_pairStates[key[4] | key[5] << 8];
+            if (after > 0) __builtin_prefetch(&cells[after]);
         }
         if (t == 0) return 0;
         if (t != kPairSlow) {
