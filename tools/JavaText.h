@@ -29,6 +29,12 @@ std::string toModifiedUtf8(const std::u16string& text);
 // sequence becomes U+FFFD.
 std::u16string fromModifiedUtf8(const std::string& bytes);
 
+// True when `bytes` is standard UTF-8 of basic-plane characters other than
+// U+0000 and the surrogates: then the two round trips above (decode and
+// GetStringUTFChars; NewStringUTF and encode) give `bytes` back unchanged,
+// and a caller may skip them.
+bool isJavaNeutralUtf8(const std::string& bytes);
+
 }  // namespace zeg_tools
 
 #endif

@@ -115,8 +115,16 @@ std::string normalizeLine(normalize::NormalizeIntf* norm, const std::string& lin
     // Decoding never makes text shorter, so a line that is too long in
     // bytes is too long as modified UTF-8 as well.
     if (cut || line.size() >= normalize::kQueryLimitBytes) return std::string();
-    const std::string query = zeg_tools::toModifiedUtf8(zeg_tools::decodeUtf8AsJava(line));
-    const std::string result = normalize::normalizeForJava(norm, query.c_str(), mode);
+    // Most lines and results are plain UTF-8, which Java's conversions
+    // leave as they are.
+    std::string result = zeg_tools::isJavaNeutralUtf8(line)
+                             ? normalize::normalizeForJava(norm, line.c_str(), mode)
+                             : normalize::normalizeForJava(
+                                   norm,
+                                   zeg_tools::toModifiedUtf8(zeg_tools::decodeUtf8AsJava(line))
+                                       .c_str(),
+                                   mode);
+    if (zeg_tools::isJavaNeutralUtf8(result)) return result;
     return zeg_tools::encodeUtf8AsJava(zeg_tools::fromModifiedUtf8(result));
 }
 

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 using zeg_tools::decodeUtf8AsJava;
 using zeg_tools::encodeUtf8AsJava;
 using zeg_tools::fromModifiedUtf8;
+using zeg_tools::isJavaNeutralUtf8;
 using zeg_tools::toModifiedUtf8;
 
 namespace {
@@ -75,6 +78,23 @@ TEST(JavaTextTest, ModifiedUtf8RoundTrips) {
     for (const std::u16string& text : texts)
         EXPECT_EQ(fromModifiedUtf8(toModifiedUtf8(text)), text);
     EXPECT_EQ(fromModifiedUtf8("\xFF" "a\xE4\xB8"), (std::u16string{R, u'a', R, R}));
+}
+
+// Neutral text survives both round trips unchanged; every other string
+// changes in at least one of them (so the check may not say "neutral").
+TEST(JavaTextTest, NeutralUtf8IsExactlyWhatTheRoundTripsKeep) {
+    for (const char* plain : {"", "abc", "é中\uFFFF", "\u0800\uD7FF\uE000"})
+        EXPECT_TRUE(isJavaNeutralUtf8(plain)) << plain;
+    std::mt19937 rng(static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
+    const unsigned char interesting[] = {0x00, 'a', 0x7F, 0x80, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1,
+                                         0xC2, 0xDF, 0xE0, 0xE4, 0xED, 0xEF, 0xF0, 0xF4, 0xFF};
+    for (int round = 0; round < 200000; ++round) {
+        std::string s(rng() % 5, '\0');
+        for (char& c : s) c = static_cast<char>(interesting[rng() % sizeof interesting]);
+        const bool kept = toModifiedUtf8(decodeUtf8AsJava(s)) == s &&
+                          encodeUtf8AsJava(fromModifiedUtf8(s)) == s;
+        ASSERT_EQ(isJavaNeutralUtf8(s), kept) << testing::PrintToString(s);
+    }
 }
 
 }  // namespace
