@@ -1,29 +1,46 @@
 #include "ws/core/wsLineReader.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace ws {
+
+namespace {
+
+const std::size_t kBlockBytes = 16384;
+
+}  // namespace
 
 LineReader::LineReader(std::size_t bufferSize)
     : m_maxBytes(bufferSize > 1 ? bufferSize - 1 : 1) {}
 
-bool LineReader::open(const char* path) { return m_file.openRegular(path, "rb"); }
+bool LineReader::open(const char* path) {
+    m_at = m_held = 0;
+    if (!m_file.openRegular(path, "rb")) return false;
+    m_block.resize(kBlockBytes);
+    return true;
+}
+
+bool LineReader::_fill() {
+    m_at = 0;
+    m_held = std::fread(m_block.data(), 1, m_block.size(), m_file.get());
+    return m_held > 0;
+}
 
 bool LineReader::next(std::string& piece) {
     piece.clear();
     if (!m_file) return false;
-    // Gathered in a local block first: appending byte by byte to the
-    // string made this the larger part of loading a word list.
-    char block[256];
-    std::size_t held = 0;
-    int c = 0;
-    while (piece.size() + held < m_maxBytes && (c = getc_unlocked(m_file.get())) != EOF) {
-        block[held++] = static_cast<char>(c);
-        if (c == '\n') break;
-        if (held == sizeof block) {
-            piece.append(block, held);
-            held = 0;
-        }
+    while (piece.size() < m_maxBytes && (m_at < m_held || _fill())) {
+        const char* from = m_block.data() + m_at;
+        const std::size_t room = std::min(m_held - m_at, m_maxBytes - piece.size());
+        const void* feed = std::memchr(from, '\n', room);
+        const std::size_t take =
+            feed != nullptr ? static_cast<std::size_t>(static_cast<const char*>(feed) - from) + 1
+                            : room;
+        piece.append(from, take);
+        m_at += take;
+        if (feed != nullptr) break;
     }
-    piece.append(block, held);
     return !piece.empty();
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "ws/core/wsFile.h"
 
@@ -41,8 +42,16 @@ public:
     bool failed() const;
 
 private:
+    // Refills m_block from the stream; false at the end or on an error.
+    bool _fill();
+
     File m_file;
     std::size_t m_maxBytes;
+    // Read ahead in blocks: a byte at a time through the stream made this
+    // the larger part of loading a text dictionary.
+    std::vector<char> m_block;
+    std::size_t m_at = 0;
+    std::size_t m_held = 0;
 };
 
 }  // namespace ws

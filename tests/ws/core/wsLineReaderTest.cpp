@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <vector>
@@ -35,6 +36,27 @@ TEST(LineReader, ReadsPiecesAsFgetsWouldButKeepsNulBytes) {
     std::string piece = "kept?";
     EXPECT_FALSE(reader.next(piece));
     EXPECT_EQ(piece, "");
+}
+
+// Pieces that cross the reader's read-ahead blocks come out whole.
+TEST(LineReader, PiecesAcrossReadBlocksMatchTheRule) {
+    zeg_test::TempDir dir;
+    std::string text;
+    for (int n = 0; text.size() < 100000; ++n) text += std::string(n * 37 % 700, 'a' + n % 26) + "\n";
+    text += "tail";
+    for (std::size_t bufferSize : {2u, 300u, 1024u, 70000u}) {
+        std::vector<std::string> expected;
+        for (std::size_t at = 0; at < text.size();) {
+            const std::size_t feed = text.find('\n', at);
+            const std::size_t end =
+                std::min(feed == std::string::npos ? text.size() : feed + 1, at + bufferSize - 1);
+            expected.push_back(text.substr(at, end - at));
+            at = end;
+        }
+        LineReader reader(bufferSize);
+        ASSERT_TRUE(reader.open(dir.write("long.txt", text).c_str()));
+        EXPECT_EQ(pieces(reader), expected) << bufferSize;
+    }
 }
 
 TEST(LineReader, OpensRegularFilesOnly) {
