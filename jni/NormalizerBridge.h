@@ -21,6 +21,11 @@ constexpr std::size_t kResultBufferBytes = 2048;
 // would not fit the buffer is cut at the last character boundary that
 // does. Throws what doNormalize throws (std::bad_alloc).
 std::string normalizeForJava(NormalizeIntf* norm, const char* query, int mode);
+// The same for the bytes of `query` up to its first zero byte, into
+// `result` (not `query`), reusing its memory: a caller that keeps both
+// strings from call to call allocates nothing once they have grown.
+void normalizeForJava(NormalizeIntf* norm, const std::string& query, int mode,
+                      std::string& result);
 
 }  // namespace normalize
 

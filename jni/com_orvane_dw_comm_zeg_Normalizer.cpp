@@ -34,6 +34,23 @@ private:
     const char* m_chars;
 };
 
+// Each calling thread's query and result, kept from call to call so that a
+// warm thread allocates nothing in the library.
+thread_local std::string t_query;
+thread_local std::string t_result;
+
+// The modified UTF-8 of `text` into `out`, copied by the JVM into our own
+// buffer (GetStringUTFChars would allocate one per call). False when the
+// query is too long to be normalised: its bytes are not needed then.
+bool readQuery(JNIEnv* env, jstring text, std::string& out) {
+    const jsize bytes = env->GetStringUTFLength(text);
+    if (bytes < 0 || static_cast<std::size_t>(bytes) >= normalize::kQueryLimitBytes) return false;
+    out.resize(static_cast<std::size_t>(bytes) + 1);  // the JVM may write a terminating zero
+    env->GetStringUTFRegion(text, 0, env->GetStringLength(text), &out[0]);
+    out.resize(static_cast<std::size_t>(bytes));
+    return !env->ExceptionCheck();
+}
+
 }  // namespace
 
 extern "C" {
@@ -55,12 +72,11 @@ JNIEXPORT jstring JNICALL Java_com_orvane_dw_comm_zeg_Normalizer_normalize(JNIEn
                                                                            jstring query,
                                                                            jint mode) {
     if (env == nullptr) return nullptr;
-    std::string result;
+    std::string& result = t_result;
     try {
-        if (norm != nullptr) {
-            JavaUtfChars chars(env, query);
-            result = normalize::normalizeForJava(norm, chars.get(), static_cast<int>(mode));
-        }
+        result.clear();
+        if (norm != nullptr && query != nullptr && readQuery(env, query, t_query))
+            normalize::normalizeForJava(norm, t_query, static_cast<int>(mode), result);
     } catch (...) {
         result.clear();
     }

@@ -109,23 +109,25 @@ private:
 };
 
 // The line as Java code would hand it to normalize (a String decoded from
-// UTF-8) and the result as Java code would write it (encoded to UTF-8).
-std::string normalizeLine(normalize::NormalizeIntf* norm, const std::string& line, bool cut,
-                          int mode) {
+// UTF-8) and the result as Java code would write it (encoded to UTF-8),
+// into `out`. `result` is work space kept from line to line.
+void normalizeLine(normalize::NormalizeIntf* norm, const std::string& line, bool cut, int mode,
+                   std::string& result, std::string& out) {
+    out.clear();
     // Decoding never makes text shorter, so a line that is too long in
     // bytes is too long as modified UTF-8 as well.
-    if (cut || line.size() >= normalize::kQueryLimitBytes) return std::string();
+    if (cut || line.size() >= normalize::kQueryLimitBytes) return;
     // Most lines and results are plain UTF-8, which Java's conversions
     // leave as they are.
-    std::string result = zeg_tools::isJavaNeutralUtf8(line)
-                             ? normalize::normalizeForJava(norm, line.c_str(), mode)
-                             : normalize::normalizeForJava(
-                                   norm,
-                                   zeg_tools::toModifiedUtf8(zeg_tools::decodeUtf8AsJava(line))
-                                       .c_str(),
-                                   mode);
-    if (zeg_tools::isJavaNeutralUtf8(result)) return result;
-    return zeg_tools::encodeUtf8AsJava(zeg_tools::fromModifiedUtf8(result));
+    if (zeg_tools::isJavaNeutralUtf8(line))
+        normalize::normalizeForJava(norm, line, mode, result);
+    else
+        normalize::normalizeForJava(
+            norm, zeg_tools::toModifiedUtf8(zeg_tools::decodeUtf8AsJava(line)), mode, result);
+    if (zeg_tools::isJavaNeutralUtf8(result))
+        out = result;
+    else
+        out = zeg_tools::encodeUtf8AsJava(zeg_tools::fromModifiedUtf8(result));
 }
 
 int run(const Options& options) {
@@ -135,10 +137,10 @@ int run(const Options& options) {
     const bool terminal = isatty(STDERR_FILENO) != 0;
     Progress progress(options.progress || terminal, terminal);
     zeg_tools::FdLineReader reader(STDIN_FILENO, normalize::kQueryLimitBytes);
-    std::string line, out;
+    std::string line, result, out;
     bool cut = false;
     while (reader.next(line, cut)) {
-        out = normalizeLine(norm, line, cut, options.mode);
+        normalizeLine(norm, line, cut, options.mode, result, out);
         out.push_back('\n');
         if (std::fwrite(out.data(), 1, out.size(), stdout) != out.size()) break;
         progress.count();
