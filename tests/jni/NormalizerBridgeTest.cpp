@@ -4,6 +4,7 @@
 
 #include "normalize/NormalizeIntf.h"
 #include "normalize/WordLists.h"
+#include "support/AllocationCounter.h"
 #include "support/NormalizerFiles.h"
 
 using normalize::kQueryLimitBytes;
@@ -84,6 +85,24 @@ TEST_F(NormalizerBridgeTest, ResultsAreBoundedWithoutSplittingACharacter) {
     const std::string cut = normalize("a人", 64);
     EXPECT_EQ(cut, zhong + "xy" + zhong.substr(0, zhong.size() - 3))
         << "the last character does not fit whole";
+}
+
+// What the JNI method does per call: once its strings have grown, a thread
+// allocates nothing in the library.
+TEST_F(NormalizerBridgeTest, WarmCallerAllocatesNothing) {
+    init("abc\x01xyz\n");
+    const std::string queries[] = {"北大 ABC 的 wifi", "軟體 ＡＢ 北京大學生 mp3", "我们 的 iPhone 7"};
+    std::string result;
+    for (int pass = 0; pass < 2; ++pass) {
+        const size_t before = zeg_test::allocationCount();
+        for (const std::string& q : queries)
+            for (int mode : {252, 255, 127, 64}) normalizeForJava(&facade, q, mode, result);
+        if (pass == 1) {
+            EXPECT_EQ(zeg_test::allocationCount(), before);
+        }
+    }
+    normalizeForJava(&facade, std::string("ABC\0def", 7), 4, result);
+    EXPECT_EQ(result, "abc");
 }
 
 }  // namespace
