@@ -11,6 +11,7 @@
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
 #include "ws/core/wsLineReader.h"
+#include "ws/core/wsPrefault.h"
 
 namespace ws {
 
@@ -71,6 +72,8 @@ const CharFreqEntry CharFreqDict::kNoEntry;
 CharFreqDict::CharFreqDict() {
     try {
         m_entries.resize(1);
+        m_index.reserve(kTableSize);
+        prefaultForWrite(m_index.data(), kTableSize * sizeof(unsigned short));
         m_index.assign(kTableSize, 0);
     } catch (const std::bad_alloc&) {
         WsLogger::getWsLogger()->printErr(nullptr, WS_ERR_MEMORY, kSource, kOutOfMemoryLine,
@@ -87,6 +90,8 @@ void CharFreqDict::_reserveFor(const char* path) {
     const size_t lines = static_cast<size_t>(st.st_size) / 10 + 2;
     try {
         m_entries.reserve(m_entries.size() + std::min<size_t>(lines, kTableSize));
+        prefaultForWrite(m_entries.data() + m_entries.size(),
+                         (m_entries.capacity() - m_entries.size()) * sizeof(CharFreqEntry));
     } catch (const std::bad_alloc&) {
         // Growing entry by entry still works.
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ws/core/wsPrefault.h"
+
 namespace ws {
 
 namespace {
@@ -191,7 +193,10 @@ void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, Matc
 void DoubleTrie::buildPairStates() {
     std::vector<int32_t>().swap(m_pairStates);
     if (m_front.length() < kPairTableMinCells) return;
-    std::vector<int32_t> states(kPairCount, 0);
+    std::vector<int32_t> states;
+    states.reserve(kPairCount);
+    prefaultForWrite(states.data(), kPairCount * sizeof(int32_t));
+    states.assign(kPairCount, 0);
     const int root = m_front.root();
     for (int b0 = 0; b0 < 256; ++b0) {
         const int s1 = m_front.next(root, b0);
