@@ -6,6 +6,8 @@
 #include <new>
 #include <string>
 
+#include "ws/core/wsPrefault.h"
+
 namespace norm_utility {
 
 namespace {
@@ -18,7 +20,9 @@ const unsigned kLastTrail = 0xFE;
 // An iconv descriptor for the build, closed on every path.
 class Descriptor {
 public:
-    Descriptor(const char* from, const char* to) : m_cd(iconv_open(to, from)) {}
+    // `growth`: output bytes an input byte can take at most.
+    Descriptor(const char* from, const char* to, size_t growth)
+        : m_cd(iconv_open(to, from)), m_growth(growth) {}
     ~Descriptor() {
         if (ok()) iconv_close(m_cd);
     }
@@ -26,11 +30,11 @@ public:
     Descriptor& operator=(const Descriptor&) = delete;
     bool ok() const { return m_cd != reinterpret_cast<iconv_t>(-1); }
     // One call from a reset state on n bytes at `in`, into `out` (kept at
-    // its size: room for 4 bytes an input byte). The input bytes consumed;
-    // `produced` gets the output bytes.
+    // its size: room for `growth` bytes an input byte). The input bytes
+    // consumed; `produced` gets the output bytes.
     size_t run(const char* in, size_t n, std::string& out, size_t& produced) const {
         iconv(m_cd, nullptr, nullptr, nullptr, nullptr);
-        if (out.size() < 4 * n + 8) out.resize(4 * n + 8);
+        if (out.size() < m_growth * n + 8) out.resize(m_growth * n + 8);
         char* src = const_cast<char*>(in);
         size_t srcLeft = n;
         char* dst = &out[0];
@@ -42,6 +46,7 @@ public:
 
 private:
     iconv_t m_cd;
+    size_t m_growth;
 };
 
 // Length of the UTF-8 sequence that `lead` starts; 0 for a stray byte.
@@ -76,7 +81,7 @@ uint32_t decodeUtf8(const unsigned char* s, size_t len) {
 // call; a character iconv encodes that no pair decodes to stays to iconv.
 bool reverseTable(const Descriptor& encoder, const std::string& decoded,
                   std::vector<uint16_t>& gbkOf) {
-    gbkOf.assign(0x10000, 0);
+    ws::assignPrefaulted(gbkOf, 0x10000, uint16_t{0});
     std::string in, out;
     for (unsigned b = 1; b < 0x80; ++b) appendUtf8(b, in);
     in += decoded;
@@ -120,8 +125,10 @@ const GbkCodec* GbkCodec::instance() {
 }
 
 bool GbkCodec::build() {
-    const Descriptor decoder("gbk", "utf-8");
-    const Descriptor encoder("utf-8", "gbk");
+    // A GBK byte becomes at most three UTF-8 bytes (0x80 is the euro sign);
+    // UTF-8 never grows into GBK.
+    const Descriptor decoder("gbk", "utf-8", 3);
+    const Descriptor encoder("utf-8", "gbk", 1);
     if (!decoder.ok() || !encoder.ok()) return false;
     std::string in, out;
     size_t produced = 0;
@@ -133,7 +140,7 @@ bool GbkCodec::build() {
         m_single[b].len = static_cast<uint8_t>(produced);
         for (size_t k = 0; k < produced; ++k) m_single[b].b[k] = static_cast<uint8_t>(out[k]);
     }
-    m_double.assign((kLastLead - kFirstLead + 1) * 256, Bytes{});
+    ws::assignPrefaulted(m_double, (kLastLead - kFirstLead + 1) * 256, Bytes{});
     // A lead's pairs in runs: a run stops at a pair iconv refuses, which
     // stays to iconv, and the next run starts after it.
     std::string decoded;  // every character the pairs decode to, for the reverse table

@@ -72,9 +72,7 @@ const CharFreqEntry CharFreqDict::kNoEntry;
 CharFreqDict::CharFreqDict() {
     try {
         m_entries.resize(1);
-        m_index.reserve(kTableSize);
-        prefaultForWrite(m_index.data(), kTableSize * sizeof(unsigned short));
-        m_index.assign(kTableSize, 0);
+        assignPrefaulted(m_index, kTableSize, static_cast<unsigned short>(0));
     } catch (const std::bad_alloc&) {
         WsLogger::getWsLogger()->printErr(nullptr, WS_ERR_MEMORY, kSource, kOutOfMemoryLine,
                                           nullptr);

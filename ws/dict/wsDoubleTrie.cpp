@@ -194,9 +194,7 @@ void DoubleTrie::buildPairStates() {
     std::vector<int32_t>().swap(m_pairStates);
     if (m_front.length() < kPairTableMinCells) return;
     std::vector<int32_t> states;
-    states.reserve(kPairCount);
-    prefaultForWrite(states.data(), kPairCount * sizeof(int32_t));
-    states.assign(kPairCount, 0);
+    assignPrefaulted(states, kPairCount, 0);
     const int root = m_front.root();
     for (int b0 = 0; b0 < 256; ++b0) {
         const int s1 = m_front.next(root, b0);
