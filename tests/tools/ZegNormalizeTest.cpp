@@ -35,7 +35,8 @@ TEST_F(ZegNormalizeTest, BadArgumentsGiveOneLineAndExitTwo) {
     const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
     for (const std::string& arguments :
          {std::string(""), std::string("--mode 4"), config + " --mode", config + " --mode 4x",
-          config + " --mode 99999999999", config + " --verbose", std::string("--config")}) {
+          config + " --mode 99999999999", config + " --verbose", std::string("--config"),
+          config + " --threads 0", config + " --threads 65", config + " --threads two"}) {
         const ToolRun r = run(arguments, "abc\n");
         EXPECT_EQ(r.status, 2) << arguments;
         EXPECT_THAT(r.err, testing::MatchesRegex("zeg-normalize: [^\n]* \\(see zeg-normalize --help\\)\n"))
@@ -98,6 +99,25 @@ TEST_F(ZegNormalizeTest, EveryLineInGivesOneLineOut) {
     const ToolRun r = run(std::string("--config=") + ZEG_DEFAULT_CONFIG + " --mode=4", input);
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "helloworld\nab\n\n\n\n" + std::string(511, 'y') + "\n\nＡＢＣ的\n");
+}
+
+// Threads share the lines out in chunks: whatever the chunking, the output
+// is the single-threaded one, line for line (several chunks and a short
+// last one, odd lines included).
+TEST_F(ZegNormalizeTest, ThreadsChangeNothingInTheOutput) {
+    const std::string odd[] = {"Hello World\r", std::string("a\0b", 3), "\xFF\xFE", "",
+                               std::string(600, 'x'), "軟體 ＡＢ 北京大學生 mp3", "😀 的 iPhone"};
+    std::string input;
+    for (int i = 0; i < 9000; ++i) input += odd[i % 7] + std::to_string(i % 13) + "\n";
+    input += "ＡＢＣ 的";  // no final line feed
+    const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
+    const ToolRun one = run(config, input);
+    ASSERT_EQ(one.status, 0) << one.err;
+    for (const char* threads : {" --threads 2", " --threads 3"}) {
+        const ToolRun many = run(config + threads, input);
+        EXPECT_EQ(many.status, 0) << many.err;
+        EXPECT_TRUE(many.out == one.out) << threads;
+    }
 }
 
 TEST_F(ZegNormalizeTest, DefaultModeIsTheUsualOne) {
