@@ -1,5 +1,8 @@
 #include "tools/ChunkWorkers.h"
 
+#include <cerrno>
+#include <cstdlib>
+
 namespace zeg_tools {
 
 ChunkWorkers::ChunkWorkers(unsigned threads) : m_threads(threads < 1 ? 1 : threads) {
@@ -15,6 +18,17 @@ ChunkWorkers::~ChunkWorkers() {
     }
     m_start.notify_all();
     for (std::thread& worker : m_workers) worker.join();
+}
+
+bool ChunkWorkers::parseThreads(const std::string& text, unsigned& threads) {
+    char* end = nullptr;
+    errno = 0;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (errno != 0 || end == text.c_str() || *end != '\0' || value < 1 ||
+        value > static_cast<long>(kMaxThreads))
+        return false;
+    threads = static_cast<unsigned>(value);
+    return true;
 }
 
 void ChunkWorkers::run(std::size_t count, const Job& job) {
@@ -54,7 +68,7 @@ void ChunkWorkers::_runSlice(unsigned slice) {
     const std::size_t begin = m_count * slice / m_threads;
     const std::size_t end = m_count * (slice + 1) / m_threads;
     try {
-        if (begin < end) (*m_job)(begin, end);
+        if (begin < end) (*m_job)(slice, begin, end);
     } catch (...) {
         std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_error) m_error = std::current_exception();

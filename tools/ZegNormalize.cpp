@@ -58,7 +58,6 @@ struct Options {
     bool progress = false;
 };
 
-const unsigned kMaxThreads = 64;
 // Lines a thread takes at a time: enough to make waiting on the others rare.
 const std::size_t kLinesPerThread = 2048;
 
@@ -71,14 +70,6 @@ bool parseMode(const std::string& text, int& mode) {
     if (errno != 0 || end == text.c_str() || *end != '\0' || value < INT_MIN || value > INT_MAX)
         return false;
     mode = static_cast<int>(value);
-    return true;
-}
-
-// 1 to kMaxThreads.
-bool parseThreads(const std::string& text, unsigned& threads) {
-    int value = 0;
-    if (!parseMode(text, value) || value < 1 || value > static_cast<int>(kMaxThreads)) return false;
-    threads = static_cast<unsigned>(value);
     return true;
 }
 
@@ -172,7 +163,7 @@ bool normalizeChunks(normalize::NormalizeIntf* norm, int mode, unsigned threads,
         bool cut = false;
         while (n < chunk && reader.next(lines[n], cut)) cuts[n++] = cut;
         if (n == 0) return true;
-        workers.run(n, [&](std::size_t begin, std::size_t end) {
+        workers.run(n, [&](unsigned, std::size_t begin, std::size_t end) {
             std::string result;
             for (std::size_t i = begin; i < end; ++i) {
                 normalizeLine(norm, lines[i], cuts[i] != 0, mode, result, outs[i]);
@@ -247,7 +238,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "%s\n", args.usageError("bad mode '" + args.get("mode") + "'").c_str());
         return 2;
     }
-    if (args.has("threads") && !parseThreads(args.get("threads"), options.threads)) {
+    if (args.has("threads") &&
+        !zeg_tools::ChunkWorkers::parseThreads(args.get("threads"), options.threads)) {
         std::fprintf(stderr, "%s\n",
                      args.usageError("bad thread count '" + args.get("threads") + "'").c_str());
         return 2;

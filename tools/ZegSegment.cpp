@@ -3,13 +3,17 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstdint>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tools/ArgParser.h"
+#include "tools/ChunkWorkers.h"
 #include "tools/DataFingerprint.h"
 #include "tools/FdLineReader.h"
 #include "tools/PieceSegmenter.h"
@@ -25,7 +29,7 @@ using zeg_tools::PieceSegmenter;
 
 const char kUsage[] =
     "usage: zeg-segment --config SEGMENTER.conf [--weights | --pos [--presegmented]]\n"
-    "                   [--progress]\n"
+    "                   [--threads N] [--progress]\n"
     "       zeg-segment --version [--config SEGMENTER.conf]\n"
     "\n"
     "Reads UTF-8 lines from standard input and prints each segmented, words\n"
@@ -38,6 +42,8 @@ const char kUsage[] =
     "                  TRIGRAM_POS_TYPEID2TAG, TRIGRAM_POS_PATCH_DICT)\n"
     "  --presegmented  keep the input's own words (separated by blanks) and only\n"
     "                  tag them (with --pos)\n"
+    "  --threads N     segment on N threads (1-64, default 1); the output is the\n"
+    "                  same, in the same order\n"
     "  --progress      report lines done on standard error (the default when\n"
     "                  standard error is a terminal)\n"
     "  --version       the library's version and a fingerprint of the data files\n"
@@ -51,6 +57,41 @@ const char kUsage[] =
 // PieceSegmenter); memory then stays near 110 times this, whatever the line.
 constexpr std::size_t kWindow = 1 << 16;
 
+// What a thread takes at a time: enough lines to make waiting on the others
+// rare, few enough bytes to keep memory bounded whatever the lines.
+const std::size_t kLinesPerThread = 2048;
+const std::size_t kBytesPerThread = 1 << 20;
+
+// One thread's share of a chunk: its own segmenter front end, and what its
+// slice of lines made, kept in memory until the slices before it are out.
+struct Lane {
+    explicit Lane(PieceSegmenter::Segment segment) : pieces(std::move(segment), kWindow) {}
+    ~Lane() { release(); }
+    Lane(const Lane&) = delete;
+    Lane& operator=(const Lane&) = delete;
+
+    // A fresh memory stream for the next slice.
+    bool open() {
+        release();
+        out = open_memstream(&data, &size);
+        return out != nullptr;
+    }
+    void release() {
+        if (out != nullptr) std::fclose(out);
+        std::free(data);
+        out = nullptr;
+        data = nullptr;
+        size = 0;
+    }
+
+    PieceSegmenter pieces;
+    std::FILE* out = nullptr;
+    char* data = nullptr;
+    std::size_t size = 0;
+    std::vector<std::size_t> failed;  // chunk indexes of lines it could not segment
+    bool writeFailed = false;
+};
+
 int showVersion(const std::string& config) {
     std::vector<std::string> files;
     std::string settings, line, error;
@@ -63,44 +104,136 @@ int showVersion(const std::string& config) {
     return std::fflush(stdout) == 0 ? 0 : 1;
 }
 
-// Reads every line, writes what `segment` makes of it (piece by piece for a
-// long line; a piece it cannot segment is left out, and the exit status is
-// 1) and reports read and write errors.
-int eachLine(const std::string& config, bool progress, PieceSegmenter::Segment segment) {
-    zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
-    zeg_tools::FdLineReader reader(STDIN_FILENO, kWindow);
-    PieceSegmenter pieces(std::move(segment), kWindow);
-    ws::WsConfig settings;
-    if (settings.init(config.c_str()))
-        pieces.loadDelimiters(settings.getString("SPACE_DEFINE_FILE", ""));
-    std::string piece;
-    bool more = false, lineStart = true, lineFailed = false;
-    uint64_t lines = 0, bytes = 0;
-    bool allSegmented = true;
-    while (reader.nextPiece(piece, more)) {
-        if (lineStart) ++lines;
+void reportLine(uint64_t line) {
+    std::fprintf(stderr,
+                 "zeg-segment: line %llu: cannot segment it (not UTF-8 text of the basic "
+                 "multilingual plane)\n",
+                 static_cast<unsigned long long>(line));
+}
+
+// Segments one line, the rest of whose pieces `reader` holds, as it comes,
+// straight to standard output (with its line feed). False when writing
+// failed; `segmented` false when a piece could not be segmented.
+bool streamLine(zeg_tools::FdLineReader& reader, PieceSegmenter& pieces, std::string& piece,
+                bool more, uint64_t line, uint64_t& bytes, bool& segmented) {
+    bool reported = false;
+    for (;;) {
         bytes += piece.size();
         if (!pieces.add(piece, more, stdout)) {
-            if (pieces.writeFailed()) break;
-            if (!lineFailed)
-                std::fprintf(stderr,
-                             "zeg-segment: line %llu: cannot segment it (not UTF-8 text "
-                             "of the basic multilingual plane)\n",
-                             static_cast<unsigned long long>(lines));
-            lineFailed = true;
-            allSegmented = false;
+            if (pieces.writeFailed()) return false;
+            if (!reported) reportLine(line);
+            reported = true;
+            segmented = false;
         }
-        lineStart = !more;
-        if (lineStart) {
-            lineFailed = false;
-            // One output line per input line all the same, so outputs stay aligned.
-            if (std::fputc('\n', stdout) == EOF) break;
-            shown.update(bytes, lines);
-        }
+        if (!more) break;
+        if (!reader.nextPiece(piece, more)) return true;  // a read error: reported at the end
     }
+    // One output line per input line all the same, so outputs stay aligned.
+    return std::fputc('\n', stdout) != EOF;
+}
+
+// Counts of what was read, and whether everything went out.
+struct Totals {
+    uint64_t lines = 0, bytes = 0;
+    bool allSegmented = true;
+};
+
+// Line by line, piece by piece, on this thread.
+void streamAll(zeg_tools::FdLineReader& reader, PieceSegmenter& pieces,
+               zeg_tools::ProgressLine& shown, Totals& totals) {
+    std::string piece;
+    bool more = false;
+    while (reader.nextPiece(piece, more)) {
+        ++totals.lines;
+        if (!streamLine(reader, pieces, piece, more, totals.lines, totals.bytes,
+                        totals.allSegmented))
+            return;
+        shown.update(totals.bytes, totals.lines);
+    }
+}
+
+// Segments chunk[0, n) on the lanes' threads and writes the results in
+// order. False when writing failed.
+bool segmentChunk(zeg_tools::ChunkWorkers& workers, std::vector<std::unique_ptr<Lane>>& lanes,
+                  const std::vector<std::string>& chunk, std::size_t n, Totals& totals) {
+    workers.run(n, [&](unsigned slice, std::size_t begin, std::size_t end) {
+        Lane& lane = *lanes[slice];
+        lane.failed.clear();
+        lane.writeFailed = !lane.open();
+        for (std::size_t i = begin; i < end && !lane.writeFailed; ++i) {
+            if (!lane.pieces.add(chunk[i], false, lane.out)) {
+                lane.writeFailed = lane.pieces.writeFailed();
+                lane.failed.push_back(i);
+            }
+            if (std::fputc('\n', lane.out) == EOF) lane.writeFailed = true;
+        }
+        if (lane.out != nullptr && std::fflush(lane.out) != 0) lane.writeFailed = true;
+    });
+    bool written = true;
+    for (auto& lane : lanes) {
+        if (lane->out == nullptr) continue;  // its slice was empty
+        for (std::size_t i : lane->failed) reportLine(totals.lines + i + 1);
+        if (!lane->failed.empty()) totals.allSegmented = false;
+        written = written && !lane->writeFailed &&
+                  std::fwrite(lane->data, 1, lane->size, stdout) == lane->size;
+        lane->release();
+    }
+    totals.lines += n;
+    return written;
+}
+
+// Chunks of whole lines shared among the lanes; a line longer than the
+// window ends a chunk and streams through lane 0 (this thread's) alone.
+void chunkAll(zeg_tools::FdLineReader& reader, std::vector<std::unique_ptr<Lane>>& lanes,
+              zeg_tools::ProgressLine& shown, Totals& totals) {
+    const auto threads = static_cast<unsigned>(lanes.size());
+    zeg_tools::ChunkWorkers workers(threads);
+    std::vector<std::string> chunk(kLinesPerThread * threads);
+    std::string piece;
+    bool more = false, ended = false;
+    while (!ended) {
+        std::size_t n = 0, chunkBytes = 0;
+        bool longLine = false;
+        while (n < chunk.size() && chunkBytes < kBytesPerThread * threads) {
+            if (!reader.nextPiece(piece, more)) {
+                ended = true;
+                break;
+            }
+            if (more) {
+                longLine = true;
+                break;
+            }
+            chunkBytes += piece.size();
+            chunk[n++].swap(piece);
+        }
+        if (n > 0 && !segmentChunk(workers, lanes, chunk, n, totals)) return;
+        totals.bytes += chunkBytes;
+        if (longLine && !streamLine(reader, lanes[0]->pieces, piece, more, ++totals.lines,
+                                    totals.bytes, totals.allSegmented))
+            return;
+        shown.update(totals.bytes, totals.lines);
+    }
+}
+
+// Reads every line and writes what the lanes' segmenters make of it (a
+// piece that cannot be segmented is left out, and the exit status is 1);
+// reports read and write errors.
+int eachLine(const std::string& config, bool progress, std::vector<std::unique_ptr<Lane>>& lanes) {
+    zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
+    zeg_tools::FdLineReader reader(STDIN_FILENO, kWindow);
+    ws::WsConfig settings;
+    if (settings.init(config.c_str())) {
+        const std::string delimiters = settings.getString("SPACE_DEFINE_FILE", "");
+        for (auto& lane : lanes) lane->pieces.loadDelimiters(delimiters);
+    }
+    Totals totals;
+    if (lanes.size() == 1)
+        streamAll(reader, lanes[0]->pieces, shown, totals);
+    else
+        chunkAll(reader, lanes, shown, totals);
     shown.finish();
     const int streams = zeg_tools::finishStandardStreams("zeg-segment", reader);
-    return streams != 0 || !allSegmented ? 1 : 0;
+    return streams != 0 || !totals.allSegmented ? 1 : 0;
 }
 
 // The segmenter, with the tagger switched on when `pos` asks for it.
@@ -117,12 +250,53 @@ int usageError(const zeg_tools::ArgParser& args, const std::string& message) {
     return 2;
 }
 
+// One lane a thread, each over a tagger of its own (--presegmented).
+int tagLines(const std::string& config, bool progress, unsigned threads) {
+    std::vector<std::unique_ptr<zeg_tools::WordTagger>> taggers;
+    std::vector<std::unique_ptr<Lane>> lanes;
+    for (unsigned k = 0; k < threads; ++k) {
+        taggers.push_back(std::make_unique<zeg_tools::WordTagger>());
+        std::string error;
+        if (!taggers.back()->init(config.c_str(), error)) {
+            std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
+            return 1;
+        }
+        zeg_tools::WordTagger& tagger = *taggers.back();
+        lanes.push_back(std::make_unique<Lane>([&tagger](const char* text, std::size_t len) {
+            return tagger.tagLine(std::string(text, len)).c_str();
+        }));
+    }
+    return eachLine(config, progress, lanes);
+}
+
+// One lane a thread, each over a segmenter of its own.
+int segmentLines(const std::string& config, bool progress, unsigned threads, bool pos,
+                 bool weights) {
+    std::vector<std::unique_ptr<ws::WsSegmenter>> segmenters;
+    std::vector<std::unique_ptr<Lane>> lanes;
+    for (unsigned k = 0; k < threads; ++k) {
+        segmenters.push_back(std::make_unique<ws::WsSegmenter>());
+        ws::WsSegmenter& segmenter = *segmenters.back();
+        if (!initSegmenter(config, pos, segmenter)) {
+            std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
+                         config.c_str());
+            return 1;
+        }
+        lanes.push_back(
+            std::make_unique<Lane>([&segmenter, weights](const char* text, std::size_t len) {
+                return segmenter.segment(text, static_cast<unsigned int>(len), weights ? 1 : 0);
+            }));
+    }
+    return eachLine(config, progress, lanes);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     if (!zeg_tools::guardStandardStreams("zeg-segment", true)) return 2;
     zeg_tools::ArgParser args("zeg-segment", "zeg-segment");
-    args.value("config").flag("weights").flag("pos").flag("presegmented").flag("progress");
+    args.value("config").value("threads").flag("weights").flag("pos").flag("presegmented").flag(
+        "progress");
     std::string config;
     if (!args.parse(std::vector<std::string>(argv + 1, argv + argc))) {
         std::fprintf(stderr, "%s\n", args.error().c_str());
@@ -140,26 +314,11 @@ int main(int argc, char** argv) {
     const bool pos = args.has("pos"), weights = args.has("weights");
     if (args.has("presegmented") && !pos) return usageError(args, "--presegmented needs --pos");
     if (pos && weights) return usageError(args, "--pos and --weights exclude each other");
+    unsigned threads = 1;
+    if (args.has("threads") &&
+        !zeg_tools::ChunkWorkers::parseThreads(args.get("threads"), threads))
+        return usageError(args, "bad thread count '" + args.get("threads") + "'");
     const bool progress = args.has("progress") || zeg_tools::ProgressLine::stderrIsTerminal();
-
-    if (args.has("presegmented")) {
-        zeg_tools::WordTagger tagger;
-        std::string error;
-        if (!tagger.init(config.c_str(), error)) {
-            std::fprintf(stderr, "zeg-segment: %s\n", error.c_str());
-            return 1;
-        }
-        return eachLine(config, progress, [&](const char* text, std::size_t len) {
-            return tagger.tagLine(std::string(text, len)).c_str();
-        });
-    }
-    ws::WsSegmenter segmenter;
-    if (!initSegmenter(config, pos, segmenter)) {
-        std::fprintf(stderr, "zeg-segment: cannot initialise the segmenter from %s\n",
-                     config.c_str());
-        return 1;
-    }
-    return eachLine(config, progress, [&](const char* text, std::size_t len) {
-        return segmenter.segment(text, static_cast<unsigned int>(len), weights ? 1 : 0);
-    });
+    if (args.has("presegmented")) return tagLines(config, progress, threads);
+    return segmentLines(config, progress, threads, pos, weights);
 }

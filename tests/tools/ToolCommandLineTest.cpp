@@ -109,6 +109,9 @@ TEST_P(ToolCommandLine, UsageErrorsAreOneLineWithTheHint) {
 TEST_P(ToolCommandLine, WriteErrorsAreReportedWithExitOne) {
     EXPECT_EQ(run(GetParam().job, "/dev/full"), 1);
     EXPECT_NE(err(), "");
+    if (GetParam().config.empty()) return;  // no --threads
+    EXPECT_EQ(run(GetParam().job + " --threads 2", "/dev/full"), 1);
+    EXPECT_NE(err(), "");
 }
 
 // With a standard stream closed, the first file a tool opened took its

@@ -56,6 +56,36 @@ TEST_F(ZegSegmentTest, ALongLineSegmentsLikeItsSentences) {
     EXPECT_TRUE(r.out == all + "\n" + expected + "\n") << r.out.size() << " bytes";
 }
 
+// Threads share chunks of lines out; a line longer than the window ends a
+// chunk and streams through alone. The output, the reports and the exit
+// status are the single-threaded ones whatever the chunking.
+TEST_F(ZegSegmentTest, ThreadsChangeNothing) {
+    const std::string odd[] = {"我们在北京大学学习", "ab\xff\xfe", "\xf0\x9f\x98\x80 北京",
+                               std::string("a\0b", 3), "", "今天天气很好。abc 123!"};
+    std::string longLine;
+    for (int i = 0; i < 8000; ++i) longLine += "我们在北京大学学习，";
+    std::string input;
+    for (int i = 0; i < 7000; ++i) {
+        if (i == 100 || i == 5000) input += longLine + "\n";
+        input += odd[i % 6] + "\n";
+    }
+    input += "没有换行";
+    const std::string conf = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n");
+    const zeg_test::ToolRun one = zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, "--config " + conf, input);
+    EXPECT_EQ(one.status, 1);
+    for (const char* threads : {" --threads 2", " --threads 3"}) {
+        const zeg_test::ToolRun many =
+            zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, "--config " + conf + threads, input);
+        EXPECT_EQ(many.status, one.status) << threads;
+        EXPECT_TRUE(many.out == one.out) << threads;
+        EXPECT_EQ(many.err, one.err) << threads;
+    }
+    const zeg_test::ToolRun bad =
+        zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, "--config " + conf + " --threads 0", "a\n");
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_THAT(bad.err, HasSubstr("bad thread count '0'"));
+}
+
 // zeg-segment held some 110 bytes per byte of a line (1.16 GB for 10 MB).
 TEST_F(ZegSegmentTest, MemoryDoesNotGrowWithTheLine) {
 #if defined(__SANITIZE_ADDRESS__)
