@@ -90,6 +90,8 @@ struct Lane {
     std::size_t size = 0;
     std::vector<std::size_t> failed;  // chunk indexes of lines it could not segment
     bool writeFailed = false;
+    bool ran = false;        // had a slice of the current chunk
+    std::size_t begin = 0;   // the slice's first chunk index
 };
 
 int showVersion(const std::string& config) {
@@ -158,12 +160,16 @@ bool segmentChunk(zeg_tools::ChunkWorkers& workers, std::vector<std::unique_ptr<
                   const std::vector<std::string>& chunk, std::size_t n, Totals& totals) {
     workers.run(n, [&](unsigned slice, std::size_t begin, std::size_t end) {
         Lane& lane = *lanes[slice];
+        lane.ran = true;
+        lane.begin = begin;
         lane.failed.clear();
         lane.writeFailed = !lane.open();
         for (std::size_t i = begin; i < end && !lane.writeFailed; ++i) {
             if (!lane.pieces.add(chunk[i], false, lane.out)) {
-                lane.writeFailed = lane.pieces.writeFailed();
-                lane.failed.push_back(i);
+                if (lane.pieces.writeFailed())
+                    lane.writeFailed = true;
+                else
+                    lane.failed.push_back(i);
             }
             if (std::fputc('\n', lane.out) == EOF) lane.writeFailed = true;
         }
@@ -171,11 +177,18 @@ bool segmentChunk(zeg_tools::ChunkWorkers& workers, std::vector<std::unique_ptr<
     });
     bool written = true;
     for (auto& lane : lanes) {
-        if (lane->out == nullptr) continue;  // its slice was empty
+        if (!lane->ran) continue;  // its slice was empty
+        lane->ran = false;
         for (std::size_t i : lane->failed) reportLine(totals.lines + i + 1);
         if (!lane->failed.empty()) totals.allSegmented = false;
-        written = written && !lane->writeFailed &&
-                  std::fwrite(lane->data, 1, lane->size, stdout) == lane->size;
+        if (lane->writeFailed && written) {
+            // Its output could not be held in memory: stop rather than lose lines.
+            std::fprintf(stderr, "zeg-segment: out of memory for the output of line %llu on\n",
+                         static_cast<unsigned long long>(totals.lines + lane->begin + 1));
+            totals.allSegmented = false;
+            written = false;
+        }
+        written = written && std::fwrite(lane->data, 1, lane->size, stdout) == lane->size;
         lane->release();
     }
     totals.lines += n;
