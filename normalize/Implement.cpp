@@ -119,7 +119,10 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
     AlgoUtil::trim(text);
     collapseSpaces(text);
     if (text.empty()) return 0;
-    if (mode & kSynonyms) text = _getSynonymsWord(text, mode);
+    if (mode & kSynonyms) {
+        m_synonyms.refresh(gSynonymsWords);
+        text = _getSynonymsWord(text, mode);
+    }
 
     if (!(mode & (kCanonicalOrder | kSynonyms))) {
         _split(words, text);
@@ -145,7 +148,6 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
 // done their work in Translate and do not change the lookup; the replacement
 // comes back as the file spells it.
 const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
-    m_synonyms.refresh(gSynonymsWords);
     if (!m_synonyms.mayContain(word)) return word;
     m_key = word;
     AlgoUtil::stringToupper(m_key);

@@ -62,7 +62,8 @@ public:
 
 private:
     // The replacement of `word` in the synonym map, or `word` itself (a
-    // reference valid until the next call).
+    // reference valid until the next call). REQUIRES: m_synonyms refreshed
+    // for this query.
     const std::string& _getSynonymsWord(const std::string& word, int mode);
     // Appends to `words` every piece of `text` (spaces collapsed) between spaces.
     void _split(std::vector<std::string>& words, const std::string& text);

@@ -190,6 +190,10 @@ void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, Matc
     if (end == m_rear.root()) out[count++] = MatchInfo{i + n, m_table[e].value};
 }
 
+bool DoubleTrie::matchesAfterOneByte(int s1) const {
+    return isSeparator(s1) || m_front.next(s1, DoubleArrayTrie::kCodeEnd) != 0;
+}
+
 void DoubleTrie::buildPairStates() {
     std::vector<int32_t>().swap(m_pairStates);
     if (m_front.length() < kPairTableMinCells) return;
@@ -199,7 +203,7 @@ void DoubleTrie::buildPairStates() {
     for (int b0 = 0; b0 < 256; ++b0) {
         const int s1 = m_front.next(root, b0);
         if (s1 == 0) continue;
-        if (isSeparator(s1) || m_front.next(s1, DoubleArrayTrie::kCodeEnd) != 0) {
+        if (matchesAfterOneByte(s1)) {
             for (int b1 = 0; b1 < 256; ++b1) states[b0 | b1 << 8] = kPairSlow;
             continue;
         }
@@ -221,8 +225,7 @@ void DoubleTrie::buildPairBits() {
     const uint32_t rootBase = static_cast<uint32_t>(cells[root].base);
     for (int b0 = 0; b0 < 256; ++b0) {
         const int s1 = m_front.next(root, b0);
-        if (s1 == 0 || (!isSeparator(s1) && m_front.next(s1, DoubleArrayTrie::kCodeEnd) == 0))
-            continue;
+        if (s1 == 0 || !matchesAfterOneByte(s1)) continue;
         for (uint32_t b1 = 0; b1 < 256; ++b1) set(static_cast<uint32_t>(b0) | b1 << 8);
     }
     for (int t = 1; t < length; ++t) {
@@ -262,8 +265,10 @@ int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int 
     // match before them.
     if (len >= 2 && !m_pairStates.empty()) {
         const int t = m_pairStates[key[0] | key[1] << 8];
-        // Segmenters walk from every character in turn: start fetching the
-        // next walk's first state while this one waits on memory.
+        // Segmenters walk from every character in turn: while this walk
+        // waits on memory, start fetching the next walk's second step and
+        // end mark (its first state was fetched by the walk before) and the
+        // first state of the walk after it.
         if (len >= 6) {
             const int next = m_pairStates[key[2] | key[3] << 8];
             if (next > 0) {

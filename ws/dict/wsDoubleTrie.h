@@ -107,6 +107,10 @@ private:
     // Adds the match of separator `s`'s tail when the key continues it.
     void tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                    int& count) const;
+    // True when a walk through root child `s1` can match after its first
+    // byte (a key ends there, or a separator's tail starts): the pair
+    // filters must then let every second byte through.
+    bool matchesAfterOneByte(int s1) const;
     // Fills m_pairStates for a loaded trie big enough to gain from it.
     void buildPairStates();
     // Fills m_pairBits for a loaded trie too small for m_pairStates.
