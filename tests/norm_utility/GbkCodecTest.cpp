@@ -8,6 +8,7 @@
 
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "norm_utility/AlgoIconv.h"
@@ -143,6 +144,40 @@ TEST_P(GbkCodecTest, RoomRunningOut) {
                                  "\xE4\xB8\xAD\xE6\x96\x87" + std::string(20, '\x80')};
     for (const std::string& text : texts)
         for (size_t room = 0; room < 4 * text.size() + 4; ++room) ASSERT_TRUE(same(text, room));
+}
+
+// The tables fill as characters are first met: threads meeting the same
+// characters at once must each get iconv's bytes. Both ways at once, all
+// two-byte GBK sequences and all BMP characters, four threads.
+TEST(GbkCodecThreads, FillingWhileConverting) {
+    std::string gbk, text;
+    for (unsigned a = 0x81; a < 0xFF; ++a)
+        for (unsigned b = 0x40; b < 0xFF; ++b) gbk += {static_cast<char>(a), static_cast<char>(b)};
+    for (uint32_t cp = 1; cp < 0x10000; ++cp) text += utf8(cp);
+    std::vector<char> scratch;
+    const std::string wantUtf8 = Reference("gbk", "utf-8").conv(gbk, scratch);
+    const std::string wantGbk = Reference("utf-8", "gbk").conv(text, scratch);
+    std::vector<int> same(4, 0);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            AlgoIconv decoder, encoder;
+            if (decoder.open("gbk", "utf-8") != 0 || encoder.open("utf-8", "gbk") != 0) return;
+            std::vector<char> out;
+            // Half the threads start from the other end of the input.
+            const std::string& first = t % 2 == 0 ? gbk : text;
+            AlgoIconv& firstConverter = t % 2 == 0 ? decoder : encoder;
+            const std::string& second = t % 2 == 0 ? text : gbk;
+            AlgoIconv& secondConverter = t % 2 == 0 ? encoder : decoder;
+            int n = firstConverter.conv(first.data(), static_cast<int>(first.size()), out);
+            const std::string a(out.data(), static_cast<size_t>(n));
+            n = secondConverter.conv(second.data(), static_cast<int>(second.size()), out);
+            const std::string b(out.data(), static_cast<size_t>(n));
+            same[t] = t % 2 == 0 ? a == wantUtf8 && b == wantGbk : a == wantGbk && b == wantUtf8;
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(same, std::vector<int>(4, 1));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, GbkCodecTest,

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "ws/algo/wsRuleText.h"
+#include "ws/core/wsPrefault.h"
 #include "ws/core/wsWsLogger.h"
 
 namespace ws {
@@ -33,7 +34,8 @@ bool Chunker::loadText(const std::string& path) {
 
 bool Chunker::_doInit() {
     try {
-        std::vector<unsigned char> table(kTableSize, 0);
+        std::vector<unsigned char> table;
+        assignPrefaulted(table, kTableSize, static_cast<unsigned char>(0));
         std::vector<unsigned short> units;
         RuleText::appendUtf16(m_text, units);
         for (unsigned short u : units) table[u] |= kDelimiter;

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "ws/algo/wsRuleText.h"
+#include "ws/core/wsPrefault.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/core/wsWordRecord.h"
 
@@ -59,7 +60,8 @@ int NumberRecognizer::init(const char* path, int numIdx, int letIdx, int letnumI
     try {
         std::string content;
         if (!RuleText::read(path, content) || content.empty()) return -1;
-        std::vector<unsigned char> table(kTableSize, 0);
+        std::vector<unsigned char> table;
+        assignPrefaulted(table, kTableSize, static_cast<unsigned char>(0));
         std::vector<unsigned short> units;
         std::string members;
         RuleText::Spans claimed;
