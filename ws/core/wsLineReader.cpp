@@ -44,6 +44,26 @@ bool LineReader::next(std::string& piece) {
     return !piece.empty();
 }
 
+bool LineReader::next(const char*& data, std::size_t& size, std::string& spill) {
+    if (m_file && (m_at < m_held || _fill())) {
+        const char* from = m_block.data() + m_at;
+        const std::size_t room = std::min(m_held - m_at, m_maxBytes);
+        const void* feed = std::memchr(from, '\n', room);
+        if (feed != nullptr || room == m_maxBytes) {
+            size = feed != nullptr
+                       ? static_cast<std::size_t>(static_cast<const char*>(feed) - from) + 1
+                       : room;
+            data = from;
+            m_at += size;
+            return true;
+        }
+    }
+    if (!next(spill)) return false;  // the piece spans two blocks, or the file ends
+    data = spill.data();
+    size = spill.size();
+    return true;
+}
+
 bool LineReader::cut(const std::string& piece) const {
     return piece.size() == m_maxBytes && piece.back() != '\n';
 }

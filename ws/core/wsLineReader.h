@@ -32,6 +32,10 @@ public:
     // Replaces `piece` with the next piece, its line feed included. False at
     // the end of the file or on a read error (then failed() is true).
     bool next(std::string& piece);
+    // The same piece without a copy where it lies whole in the read-ahead
+    // block: [data, data + size), valid until the next call; `spill` holds
+    // it otherwise.
+    bool next(const char*& data, std::size_t& size, std::string& spill);
 
     // True when `piece`, as next() returned it, is only the start of a line
     // longer than the buffer. Loaders that take whole lines report such a

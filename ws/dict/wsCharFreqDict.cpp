@@ -47,13 +47,12 @@ int parseCount(const char* p, const char* end) {
     return static_cast<int>(v);
 }
 
+bool blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
 // Splits `line` at blanks into at most `max` fields; the number found, which
 // may exceed `max` (the extra ones are counted, not stored). No copies: the
 // table has a line per character and loads at every start.
-size_t splitFields(const std::string& line, CharFreqDict::Field* out, size_t max) {
-    const char* p = line.data();
-    const char* const end = p + line.size();
-    auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+size_t splitFields(const char* p, const char* const end, CharFreqDict::Field* out, size_t max) {
     size_t n = 0;
     for (;;) {
         while (p != end && blank(*p)) ++p;
@@ -63,6 +62,29 @@ size_t splitFields(const std::string& line, CharFreqDict::Field* out, size_t max
         if (n < max) out[n] = CharFreqDict::Field{start, p};
         ++n;
     }
+}
+
+// The usual line, a character and four counts of one to nine digits
+// between blanks, read in one pass: `character` and `counts` get what the
+// split and parseCount would give. False for any other line, which the
+// general path reads.
+bool readPlainLine(const char* p, const char* const end, CharFreqDict::Field& character,
+                   int* counts) {
+    while (p != end && blank(*p)) ++p;
+    const char* const start = p;
+    while (p != end && !blank(*p)) ++p;
+    if (p == start) return false;
+    character = CharFreqDict::Field{start, p};
+    for (int k = 0; k < 4; ++k) {
+        while (p != end && blank(*p)) ++p;
+        const char* const digits = p;
+        int v = 0;
+        for (; p != end && p - digits < 9 && *p >= '0' && *p <= '9'; ++p) v = v * 10 + (*p - '0');
+        if (p == digits || (p != end && !blank(*p))) return false;
+        counts[k] = v;
+    }
+    while (p != end && blank(*p)) ++p;
+    return p == end;
 }
 
 }  // namespace
@@ -107,20 +129,27 @@ bool CharFreqDict::loadText(const char* path) {
         return false;
     }
     _reserveFor(path);
-    std::string line;
+    std::string spill;
+    const char* line = nullptr;
+    size_t size = 0;
     Field fields[kFields];
-    while (reader.next(line)) {
-        if (splitFields(line, fields, kFields) < kFields) {
-            log->errorPos(kSource, __LINE__, "wrong format: %s\n", path);
-            return false;
+    int counts[kFields - 1];
+    while (reader.next(line, size, spill)) {
+        if (!readPlainLine(line, line + size, fields[0], counts)) {
+            if (splitFields(line, line + size, fields, kFields) < kFields) {
+                log->errorPos(kSource, __LINE__, "wrong format: %s\n", path);
+                return false;
+            }
+            for (size_t k = 1; k < kFields; ++k)
+                counts[k - 1] = parseCount(fields[k].begin, fields[k].end);
         }
-        if (!_setEntry(fields, path)) return false;
+        if (!_setEntry(fields[0], counts, path)) return false;
     }
     return true;
 }
 
-bool CharFreqDict::_setEntry(const Field* fields, const char* path) {
-    const unsigned short c = _firstUnit(fields[0].begin, fields[0].end);
+bool CharFreqDict::_setEntry(const Field& character, const int* counts, const char* path) {
+    const unsigned short c = _firstUnit(character.begin, character.end);
     if (c == 0) {
         WsLogger::getWsLogger()->errorPos(kSource, __LINE__, "utf8 to utf16 fail: %s\n", path);
         return false;
@@ -141,10 +170,10 @@ bool CharFreqDict::_setEntry(const Field* fields, const char* path) {
     }
     CharFreqEntry& e = m_entries[m_index[c]];
     e.character = c;
-    e.aloneCount = parseCount(fields[1].begin, fields[1].end);
-    e.firstCount = parseCount(fields[2].begin, fields[2].end);
-    e.middleCount = parseCount(fields[3].begin, fields[3].end);
-    e.finalCount = parseCount(fields[4].begin, fields[4].end);
+    e.aloneCount = counts[0];
+    e.firstCount = counts[1];
+    e.middleCount = counts[2];
+    e.finalCount = counts[3];
     // Unsigned sums: counts near INT_MAX wrap instead of overflowing.
     const unsigned inWord = static_cast<unsigned>(e.firstCount) +
                             static_cast<unsigned>(e.middleCount) +

@@ -98,9 +98,9 @@ public:
 private:
     static const CharFreqEntry kNoEntry;
 
-    // Sets the entry of the line's fields; false, logged, when the
-    // character has no entry.
-    bool _setEntry(const Field* fields, const char* path);
+    // Sets the entry of the line's character field and four counts; false,
+    // logged, when the character has no entry.
+    bool _setEntry(const Field& character, const int* counts, const char* path);
     // Reserves entries for the lines the file at `path` can hold.
     void _reserveFor(const char* path);
     // The probability `field` of c's entry, or `def` when c has no line.

@@ -21,6 +21,20 @@ std::vector<std::string> pieces(LineReader& reader) {
     return out;
 }
 
+// The same through the copy-free call, or both calls in turn.
+std::vector<std::string> viewedPieces(LineReader& reader, bool alternate) {
+    std::vector<std::string> out;
+    std::string spill, piece;
+    const char* data = nullptr;
+    std::size_t size = 0;
+    for (bool view = true;; view = !alternate || !view) {
+        if (view ? !reader.next(data, size, spill) : !reader.next(piece)) break;
+        out.push_back(view ? std::string(data, size) : piece);
+    }
+    EXPECT_FALSE(reader.failed());
+    return out;
+}
+
 TEST(LineReader, ReadsPiecesAsFgetsWouldButKeepsNulBytes) {
     zeg_test::TempDir dir;
     LineReader reader(5);
@@ -56,6 +70,10 @@ TEST(LineReader, PiecesAcrossReadBlocksMatchTheRule) {
         LineReader reader(bufferSize);
         ASSERT_TRUE(reader.open(dir.write("long.txt", text).c_str()));
         EXPECT_EQ(pieces(reader), expected) << bufferSize;
+        for (bool alternate : {false, true}) {
+            ASSERT_TRUE(reader.open(dir.file("long.txt").c_str()));
+            EXPECT_EQ(viewedPieces(reader, alternate), expected) << bufferSize;
+        }
     }
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "support/AllocationCounter.h"
 #include "support/TempDir.h"
@@ -46,6 +47,31 @@ TEST_F(CharFreqDictTest, CountsBecomeShareOfTheTotal) {
     EXPECT_FLOAT_EQ(dict.getCharInWordProb(u'的'), 76.0f / 196);
     EXPECT_FLOAT_EQ(dict.getFinalCharProb("的确"), 41.0f / 196);
     EXPECT_TRUE(e.text.empty());
+}
+
+// Plain lines are read in one pass, the rest field by field: the counts
+// agree at the border between the two (nine and ten digits, signs, extra
+// fields, carriage returns, leading blanks).
+TEST_F(CharFreqDictTest, EveryLineShapeGivesTheSameCounts) {
+    struct Case {
+        const char* line;
+        int counts[4];
+    } const cases[] = {
+        {"的 999999999 1 22 333\n", {999999999, 1, 22, 333}},
+        {"的 1000000000 2147483647 2147483648 0\n", {1000000000, 2147483647, 2147483647, 0}},
+        {"的\t+7\t-7\t007\t5x\n", {7, -7, 7, 5}},
+        {"的 1 2 3 4 extra\n", {1, 2, 3, 4}},
+        {"的 1 2 3 4\r\n", {1, 2, 3, 4}},
+        {" \t的  1 \t2 3 4", {1, 2, 3, 4}},
+        {"的 1 2 3 \v4\n", {1, 2, 3, 4}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(load(c.line, true), "") << c.line;
+        const ws::CharFreqEntry& e = dict[u'的'];
+        EXPECT_EQ((std::vector<int>{e.aloneCount, e.firstCount, e.middleCount, e.finalCount}),
+                  std::vector<int>(c.counts, c.counts + 4))
+            << c.line;
+    }
 }
 
 TEST_F(CharFreqDictTest, CharactersWithoutALineGetTheDefaults) {
