@@ -6,6 +6,7 @@
 #include <strings.h>
 
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 
 namespace norm_utility {
 
@@ -75,7 +76,7 @@ void AlgoIconv::close() {
     m_codec = nullptr;
 }
 
-int AlgoIconv::conv(const void* input, int length, std::vector<char>& output) {
+WS_HOT int AlgoIconv::conv(const void* input, int length, std::vector<char>& output) {
     if (input == nullptr || length < 0) length = 0;
     const std::size_t required = 2 * static_cast<std::size_t>(length) + 1;
     ws::growTo(output, required);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <new>
 
+#include "ws/core/wsHot.h"
+
 namespace norm_utility {
 
 namespace {
@@ -127,7 +129,7 @@ bool GbkCodec::open() {
     return true;
 }
 
-const GbkCodec::Bytes* GbkCodec::row(unsigned lead) const {
+inline const GbkCodec::Bytes* GbkCodec::row(unsigned lead) const {
     if (__atomic_load_n(&m_rowReady[lead], __ATOMIC_ACQUIRE) == 0) fillRow(lead);
     return &m_double[lead * 256];
 }
@@ -135,7 +137,7 @@ const GbkCodec::Bytes* GbkCodec::row(unsigned lead) const {
 // The row's pairs in runs: a run stops at a pair iconv refuses, which stays
 // to iconv, and the next run starts after it. A row iconv answers in a way
 // the table cannot hold stays to iconv whole.
-void GbkCodec::fillRow(unsigned lead) const {
+__attribute__((noinline)) void GbkCodec::fillRow(unsigned lead) const {
     std::lock_guard<std::mutex> lock(m_fill);
     if (m_rowReady[lead] != 0) return;
     Bytes* const entries = &m_double[lead * 256];
@@ -169,14 +171,14 @@ void GbkCodec::fillRow(unsigned lead) const {
     __atomic_store_n(&m_rowReady[lead], 1, __ATOMIC_RELEASE);
 }
 
-uint16_t GbkCodec::gbkOf(uint32_t cp) const {
+inline uint16_t GbkCodec::gbkOf(uint32_t cp) const {
     const uint16_t gbk = __atomic_load_n(&m_gbkOf[cp], __ATOMIC_RELAXED);
     return gbk != kUnknown ? gbk : askGbkOf(cp);
 }
 
 // One character encoded alone: a stateless encoding gives the same bytes
 // inside any text.
-uint16_t GbkCodec::askGbkOf(uint32_t cp) const {
+__attribute__((noinline)) uint16_t GbkCodec::askGbkOf(uint32_t cp) const {
     uint16_t gbk = kLeftToIconv;
     if (cp != 0) {
         std::lock_guard<std::mutex> lock(m_fill);
@@ -195,7 +197,7 @@ uint16_t GbkCodec::askGbkOf(uint32_t cp) const {
     return gbk;
 }
 
-void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, size_t* pos,
+WS_HOT void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, size_t* pos,
                        unsigned char* out, size_t room, size_t* written) const {
     if (d == kGbkToUtf8)
         toUtf8(in, n, pos, out, room, written);
@@ -203,7 +205,7 @@ void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, size_t* p
         toGbk(in, n, pos, out, room, written);
 }
 
-void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
+WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
                       size_t room, size_t* written) const {
     size_t i = *pos, w = *written;
     while (i < n) {
@@ -225,7 +227,7 @@ void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, unsigned c
     *written = w;
 }
 
-void GbkCodec::toGbk(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
+WS_HOT void GbkCodec::toGbk(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
                      size_t room, size_t* written) const {
     size_t i = *pos, w = *written;
     while (i < n) {

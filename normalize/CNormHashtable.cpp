@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "ws/core/wsHot.h"
+
 namespace normalize {
 
 namespace {
@@ -35,7 +37,7 @@ constexpr unsigned int upperByte(unsigned char c) {
 
 }  // namespace
 
-unsigned int CNormHashtable::hashString(const char* s, unsigned int hashType) {
+WS_HOT unsigned int CNormHashtable::hashString(const char* s, unsigned int hashType) {
     const unsigned int block = (hashType % 5) << 8;
     unsigned int hash = 0x7FED7FED;
     unsigned int key = 0xEEEEEEEE;

@@ -10,6 +10,7 @@
 #include "normalize/Translate.h"
 #include "normalize/WordLists.h"
 #include "normalize/nmConfig.h"
+#include "ws/core/wsHot.h"
 
 namespace normalize {
 
@@ -82,7 +83,7 @@ bool Implement::initWorker() {
     return true;
 }
 
-int Implement::doNormalize(const std::string& query, int mode, std::string& out,
+WS_HOT int Implement::doNormalize(const std::string& query, int mode, std::string& out,
                            std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk) {
     out.clear();
     words.clear();
@@ -147,7 +148,7 @@ int Implement::doNormalize(const std::string& query, int mode, std::string& out,
 // synonym file use, a listed word is found. Case bits of `mode` have already
 // done their work in Translate and do not change the lookup; the replacement
 // comes back as the file spells it.
-const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
+WS_HOT const std::string& Implement::_getSynonymsWord(const std::string& word, int /*mode*/) {
     if (!m_synonyms.mayContain(word)) return word;
     m_key = word;
     AlgoUtil::stringToupper(m_key);
@@ -175,7 +176,7 @@ void Implement::convert(norm_utility::AlgoIconv& converter, const std::string& t
 
 // The words in list order, or in canonical (hash) order with "的" and every
 // space left out, so that word order and spacing cannot tell two queries apart.
-void Implement::joinWords(const std::vector<std::string>& words, int mode, std::string& joined) {
+WS_HOT void Implement::joinWords(const std::vector<std::string>& words, int mode, std::string& joined) {
     const bool canonical = (mode & kCanonicalOrder) != 0;
     // Sorted by hash, then text: equal entries are equal words, so the
     // order among them cannot show.

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "normalize/WordLists.h"
+#include "ws/core/wsHot.h"
 
 namespace normalize {
 
@@ -16,7 +17,7 @@ void SynonymFilter::refresh(const std::map<std::string, std::string>& keys) {
 }
 
 // FNV-1a over the bytes with ASCII letters upper-cased, folded to 16 bits.
-std::size_t SynonymFilter::slot(const std::string& word) {
+WS_HOT std::size_t SynonymFilter::slot(const std::string& word) {
     uint32_t h = 2166136261u;
     for (const char c : word) {
         auto b = static_cast<unsigned char>(c);

@@ -4,6 +4,7 @@
 
 #include "normalize/GBKTable.h"
 #include "normalize/WordLists.h"
+#include "ws/core/wsHot.h"
 
 namespace normalize {
 
@@ -123,7 +124,7 @@ std::string Translate(const std::string& query, int mode) {
     return result;
 }
 
-void Translate(const std::string& query, int mode, std::string& result) {
+WS_HOT void Translate(const std::string& query, int mode, std::string& result) {
     // No piece is longer than the bytes it stands for, so the result fits in
     // the query's length; it is written in place, then cut to size.
     result.assign(query.size(), '\0');

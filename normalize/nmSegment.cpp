@@ -2,6 +2,7 @@
 
 #include "norm_utility/ErrorLine.h"
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 
 namespace normalize {
 
@@ -10,7 +11,7 @@ using norm_utility::writeErrorLine;
 // conv sizes its output for two bytes per input byte, but GBK's one-byte euro
 // sign (0x80) takes three in UTF-8: with less room the result would be cut,
 // and by how much would depend on what earlier calls left in the buffer.
-void reserveForUtf8(std::vector<char>& buffer, std::size_t length) {
+WS_HOT void reserveForUtf8(std::vector<char>& buffer, std::size_t length) {
     ws::growTo(buffer, 3 * length + 1);
 }
 
@@ -39,7 +40,7 @@ int nmSegment::init(std::string segmenterConfigPath) {
     return 0;
 }
 
-int nmSegment::doSegment(const std::string& gbkText, std::vector<std::string>& words) {
+WS_HOT int nmSegment::doSegment(const std::string& gbkText, std::vector<std::string>& words) {
     words.clear();
     if (!m_initialised) {
         writeErrorLine("[nmSegment::doSegment] zeg not init!");

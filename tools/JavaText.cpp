@@ -1,5 +1,7 @@
 #include "tools/JavaText.h"
 
+#include "ws/core/wsHot.h"
+
 namespace zeg_tools {
 
 namespace {
@@ -175,7 +177,7 @@ std::u16string fromModifiedUtf8(const std::string& bytes) {
     return out;
 }
 
-bool isJavaNeutralUtf8(const std::string& bytes) {
+WS_HOT bool isJavaNeutralUtf8(const std::string& bytes) {
     const auto* b = reinterpret_cast<const unsigned char*>(bytes.data());
     const std::size_t n = bytes.size();
     auto trail = [&](std::size_t at, unsigned lo, unsigned hi) {

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "ws/algo/wsRuleText.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsPrefault.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/core/wsWordRecord.h"
@@ -98,7 +99,7 @@ int NumberRecognizer::getmiddle(const std::string& content, const std::string& k
     return found < 0 ? found : RuleText::appendUtf16(members, out);
 }
 
-int NumberRecognizer::doRecognize(TextSegmentation& seg) {
+WS_HOT int NumberRecognizer::doRecognize(TextSegmentation& seg) {
     const unsigned short* text = seg.text;
     const unsigned int n = text == nullptr ? 0 : seg.textLen;
     unsigned int p = 0;
@@ -144,7 +145,7 @@ void NumberRecognizer::_record(TextSegmentation& seg, int idx, unsigned int s, u
     if ((buffer.count & 0xFF) == 0) buffer.count = 1;
 }
 
-NumberRecognizer::Run NumberRecognizer::_run(const unsigned short* text, unsigned int n,
+WS_HOT NumberRecognizer::Run NumberRecognizer::_run(const unsigned short* text, unsigned int n,
                                              unsigned int s) const {
     const unsigned char c = _cls(text[s]);
     unsigned short prop = 0;

@@ -1,5 +1,6 @@
 #include "ws/algo/wsPhraseCorrecter.h"
 
+#include "ws/core/wsHot.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/dict/wsDictSet.h"
@@ -17,7 +18,7 @@ unsigned step(const SegmentResult::Cell& cell) { return cell.len == 0 ? 1 : cell
 PhraseCorrecter::PhraseCorrecter(WsDictSet* dicts, CorrectPhraseDict* phrases)
     : m_dicts(dicts), m_phrases(phrases) {}
 
-int PhraseCorrecter::doRevise(TextSegmentation& seg) {
+WS_HOT int PhraseCorrecter::doRevise(TextSegmentation& seg) {
     const unsigned n = seg.textLen;
     if (m_phrases == nullptr || seg.text == nullptr || seg.result.cells.size() < n) return 0;
     SegmentResult::Cell* cells = seg.result.cells.data();

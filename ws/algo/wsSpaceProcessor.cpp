@@ -3,6 +3,7 @@
 #include <new>
 
 #include "ws/algo/wsRuleText.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
@@ -72,7 +73,7 @@ bool SpaceProcessor::_dropRun(unsigned short before, unsigned short after) const
            Utility::isHanziChar(after) && !Utility::isQuanAlphaNum(after);
 }
 
-unsigned int SpaceProcessor::_removeSpace(const unsigned short* in, unsigned int n,
+WS_HOT unsigned int SpaceProcessor::_removeSpace(const unsigned short* in, unsigned int n,
                                           unsigned short* out,
                                           std::vector<unsigned int>* positions) const {
     const auto drop = [positions](unsigned int from, unsigned int to) {
@@ -101,7 +102,7 @@ unsigned int SpaceProcessor::_removeSpace(const unsigned short* in, unsigned int
     return w;
 }
 
-int SpaceProcessor::restoreSpace(const TextSegmentation& seg, std::vector<WORD_T>& words,
+WS_HOT int SpaceProcessor::restoreSpace(const TextSegmentation& seg, std::vector<WORD_T>& words,
                                  unsigned int first) const {
     const std::vector<unsigned int>& removed = seg.removedSpaces;
     const unsigned int m = static_cast<unsigned int>(removed.size());

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsLogger.h"
 #include "ws/core/wsTextSegmentation.h"
 #include "ws/dict/wsDATDict.h"
@@ -56,7 +57,7 @@ UnigramSegmenter::~UnigramSegmenter() = default;
 
 bool UnigramSegmenter::init(const WsConfig&) { return true; }
 
-int UnigramSegmenter::doSegment(TextSegmentation& seg, int, int mode) {
+WS_HOT int UnigramSegmenter::doSegment(TextSegmentation& seg, int, int mode) {
     if (mode == 1)
         _unigramSegmentByDict(seg);
     else if (mode == 2)
@@ -97,7 +98,7 @@ bool UnigramSegmenter::_prepare(unsigned int nodes) {
 
 // A failed growth of the segmentation or of the work arrays leaves them
 // shorter than the text; the pass is then skipped rather than run off them.
-bool UnigramSegmenter::_fits(const TextSegmentation& seg) const {
+WS_HOT bool UnigramSegmenter::_fits(const TextSegmentation& seg) const {
     const size_t nodes = static_cast<size_t>(seg.textLen) + 1;
     return seg.text != nullptr && seg.resultByDict.scores.size() >= nodes &&
            seg.resultByDict.prev.size() >= nodes && m_wordId.size() >= nodes &&
@@ -105,7 +106,7 @@ bool UnigramSegmenter::_fits(const TextSegmentation& seg) const {
            m_subWords.size() >= nodes && m_partNum.size() >= nodes;
 }
 
-bool UnigramSegmenter::_relax(TextSegmentation& seg, unsigned int s, unsigned int e,
+WS_HOT bool UnigramSegmenter::_relax(TextSegmentation& seg, unsigned int s, unsigned int e,
                               double score) {
     double* scores = seg.resultByDict.scores.data();
     const double candidate = scores[s] + score;
@@ -115,7 +116,7 @@ bool UnigramSegmenter::_relax(TextSegmentation& seg, unsigned int s, unsigned in
     return true;
 }
 
-void UnigramSegmenter::_dictEdges(TextSegmentation& seg, unsigned int i, bool full) {
+WS_HOT void UnigramSegmenter::_dictEdges(TextSegmentation& seg, unsigned int i, bool full) {
     const unsigned int n = seg.textLen;
     const int MAX_WORD_LEN = 32;
     TrieBase::MatchInfo matches[MAX_WORD_LEN];
@@ -187,7 +188,7 @@ void UnigramSegmenter::_combineSegResult(TextSegmentation& seg) {
     _fullLattice(seg);
 }
 
-void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
+WS_HOT void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
     const unsigned int n = seg.textLen;
     if (!_fits(seg) || seg.result.cells.size() < n) return;
     const RunBuffers runs = {bufferOf(seg, WS_PROPERTY_LET), bufferOf(seg, WS_PROPERTY_NUM),
@@ -203,7 +204,7 @@ void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
     _backtrace(seg);
 }
 
-void UnigramSegmenter::_newWordEdges(TextSegmentation& seg, unsigned int i,
+WS_HOT void UnigramSegmenter::_newWordEdges(TextSegmentation& seg, unsigned int i,
                                      const RunBuffers& runs) {
     const unsigned int n = seg.textLen;
     for (const NewWordBuffer* active : m_active) {
@@ -311,7 +312,7 @@ bool UnigramSegmenter::_spanned(const TextSegmentation& seg, unsigned int i, uns
     return false;
 }
 
-void UnigramSegmenter::_backtrace(TextSegmentation& seg) const {
+WS_HOT void UnigramSegmenter::_backtrace(TextSegmentation& seg) const {
     const unsigned int* prev = seg.resultByDict.prev.data();
     unsigned int e = seg.textLen;
     while (e != 0) {

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "ws/core/wsHot.h"
+
 namespace {
 
 // The sizes arrive as unsigned long but the rules compare them as signed
@@ -13,7 +15,7 @@ int32_t asInt32(unsigned long value) {
 
 }  // namespace
 
-int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long n, unsigned char* out,
+WS_HOT int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long n, unsigned char* out,
                                  unsigned long outSize) {
     const int32_t limit = asInt32(outSize - 3u);
     if (n == 0 || limit < 1) return 0;
@@ -28,7 +30,7 @@ int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long n, unsi
     return static_cast<int>(o - out);
 }
 
-int EncodeConverter::utf8ToUtf16(const unsigned char* in, unsigned long n, unsigned short* out,
+WS_HOT int EncodeConverter::utf8ToUtf16(const unsigned char* in, unsigned long n, unsigned short* out,
                                  unsigned long outSize) {
     const int32_t room = asInt32(outSize);
     if (n == 0 || room <= 0) return 0;

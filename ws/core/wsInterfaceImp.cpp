@@ -6,13 +6,14 @@
 #include "ws/algo/wsMaxMatchSegmenter.h"
 #include "ws/algo/wsNormalizer.h"
 #include "ws/algo/wsNumberRecognizer.h"
-#include "ws/algo/wsPersonRecognizer.h"
 #include "ws/algo/wsOrgnizationRecognizer.h"
+#include "ws/algo/wsPersonRecognizer.h"
 #include "ws/algo/wsPhraseCorrecter.h"
 #include "ws/algo/wsSpaceProcessor.h"
 #include "ws/algo/wsUnigramSegmenter.h"
 #include "ws/core/wsBufferGrowth.h"
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsPlugIn.h"
 #include "ws/core/wsUtility.h"
 #include "ws/core/wsWsLogger.h"
@@ -389,7 +390,7 @@ bool WsSegmenterImp::_loadPlugIn(const std::string& path, const char* factory,
     return true;
 }
 
-bool WsSegmenterImp::_doSegment() {
+WS_HOT bool WsSegmenterImp::_doSegment() {
     for (auto& p : m_preProcessors) {
         if (p->doPreProcess(m_seg) != 0) return false;
     }
@@ -410,7 +411,7 @@ bool WsSegmenterImp::_wantUserValues() {
     return false;
 }
 
-void WsSegmenterImp::_appendWords(std::vector<WORD_T>& words, bool userValues) {
+WS_HOT void WsSegmenterImp::_appendWords(std::vector<WORD_T>& words, bool userValues) {
     const SegmentResult::Cell* cells = m_seg.result.cells.data();
     for (unsigned int pos = 0; pos < m_seg.textLen;) {
         const SegmentResult::Cell& cell = cells[pos];
@@ -426,7 +427,7 @@ void WsSegmenterImp::_appendWords(std::vector<WORD_T>& words, bool userValues) {
 }
 
 // A chunk that a pre-processor ends (a text of spaces only, say) has no words.
-bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
+WS_HOT bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
                                    std::vector<WORD_T>& words) {
     words.clear();
     if (len == 0) return true;
@@ -450,7 +451,7 @@ bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
     return true;
 }
 
-bool WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len, unsigned int& units) {
+WS_HOT bool WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len, unsigned int& units) {
     units = 0;
     if (utf8 == nullptr || len == 0) return true;
     growTo(m_utf16, static_cast<size_t>(len) + 1);
@@ -461,7 +462,7 @@ bool WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len, unsigned int& 
     return true;
 }
 
-bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
+WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
                              std::vector<std::vector<WORD_T> >& results) {
     if (!m_ready) return false;
     try {
@@ -473,7 +474,7 @@ bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
     }
 }
 
-bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
+WS_HOT bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
                              std::vector<std::vector<WORD_UTF8_T> >& results) {
     if (!m_ready) return false;
     try {
@@ -490,7 +491,7 @@ bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
     }
 }
 
-bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
+WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
                              std::vector<WORD_T>& result) {
     if (!segment(text, len, m_words)) return false;
     result.swap(m_words.front());
@@ -503,7 +504,7 @@ bool WsSegmenterImp::segment(const char* utf8, unsigned int len, std::vector<WOR
     return true;
 }
 
-const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, int outType) {
+WS_HOT const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, int outType) {
     if (!m_ready) return nullptr;
     try {
         m_wantTypes = outType != 0;

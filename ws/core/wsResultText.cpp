@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsPosTagger.h"
 #include "ws/core/wsPropertyDict.h"
 #include "ws/core/wsUtility.h"
@@ -46,7 +47,7 @@ int ResultText::renderPlain(const std::vector<WORD_T>& words, bool original,
 }
 
 // Words and spaces only: sized once, written in place.
-int ResultText::_renderUntagged(const std::vector<WORD_T>& words, bool original) {
+WS_HOT int ResultText::_renderUntagged(const std::vector<WORD_T>& words, bool original) {
     size_t room = 0;
     for (const WORD_T& w : words) {
         const bool fromOrg = original && w.orgWord != nullptr;

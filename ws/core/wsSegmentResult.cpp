@@ -1,10 +1,11 @@
 #include "ws/core/wsSegmentResult.h"
 
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 
 namespace ws {
 
-bool SegmentResult::init(unsigned int n) {
+WS_HOT bool SegmentResult::init(unsigned int n) {
     if (!growArray(cells, capacity, n)) return false;
     for (unsigned int i = 0; i < n; ++i) {
         Cell& c = cells[i];

@@ -3,10 +3,11 @@
 #include <cstddef>
 
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 
 namespace ws {
 
-bool SegmentResultByDict::init(unsigned int n) {
+WS_HOT bool SegmentResultByDict::init(unsigned int n) {
     if (!_grow(n)) return false;
     // size_t: for n near 2^32, n + 2 and k <= n must not wrap.
     for (std::size_t k = 1; k <= n; ++k) {
@@ -20,7 +21,7 @@ bool SegmentResultByDict::init(unsigned int n) {
     return true;
 }
 
-bool SegmentResultByDict::_grow(unsigned int n) {
+WS_HOT bool SegmentResultByDict::_grow(unsigned int n) {
     const std::size_t nodes = static_cast<std::size_t>(n) + 2;
     if (positions.size() >= n && scores.size() >= nodes && prev.size() >= nodes) return true;
     bool grown = allocateOrLog([&] {

@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsWsLogger.h"
 
 #define ZEG_STRINGIFY_(x) #x
@@ -15,7 +16,7 @@ void logAllocationFailure() {
                                    ZEG_STRINGIFY(__LINE__));
 }
 
-bool TextSegmentation::init(const unsigned short* orgText, unsigned short* spaceFreeText,
+WS_HOT bool TextSegmentation::init(const unsigned short* orgText, unsigned short* spaceFreeText,
                             unsigned short* normalizedText, unsigned int len) {
     if (len == 0 || orgText == nullptr) return false;
     this->orgText = orgText;

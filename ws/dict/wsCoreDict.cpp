@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "ws/core/wsHot.h"
+
 namespace ws {
 
 namespace {
@@ -37,7 +39,7 @@ bool WsCoreDict::split(const unsigned char* value, uint32_t len, Layout& out) {
     return true;
 }
 
-bool WsCoreDict::splitValue(const unsigned char* value, Layout& out) {
+WS_HOT bool WsCoreDict::splitValue(const unsigned char* value, Layout& out) {
     uint32_t len;
     std::memcpy(&len, value - 4, sizeof len);
     if (split(value, len, out)) return true;
@@ -119,7 +121,7 @@ int WsCoreDict::getSemItems(const unsigned char* value, std::vector<SemItem>& se
     return static_cast<int>(v.sems);
 }
 
-int WsCoreDict::getUsrValue(int id, unsigned char** usr) const {
+WS_HOT int WsCoreDict::getUsrValue(int id, unsigned char** usr) const {
     if (usr != nullptr) *usr = nullptr;
     unsigned char* value = nullptr;
     float weight = 0.0f;

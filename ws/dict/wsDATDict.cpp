@@ -8,6 +8,7 @@
 
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsFile.h"
+#include "ws/core/wsHot.h"
 #include "ws/core/wsWsLogger.h"
 
 namespace ws {
@@ -258,7 +259,7 @@ int DATDict::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
     return matchRecords(key, len, out, nullptr, max);
 }
 
-int DATDict::matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
+WS_HOT int DATDict::matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
                           const char** records, unsigned max) const {
     const int n = m_trie->matchAll(bytes(key), clampInt(len), out, clampInt(max));
     // Values that name no record (damaged data) are dropped.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 
+#include "ws/core/wsHot.h"
 #include "ws/core/wsWsLogger.h"
 
 namespace ws {
@@ -86,7 +87,7 @@ WsCoreDict* WsDictSet::dictAt(size_t k) const {
     return k - 2 < m_users.size() ? m_users[k - 2].get() : nullptr;
 }
 
-WsCoreDict* WsDictSet::whichDict(int id, int& localId) const {
+WS_HOT WsCoreDict* WsDictSet::whichDict(int id, int& localId) const {
     if (id < 0 || m_offsets.empty()) return nullptr;
     // A handful of dictionaries, and most ids are the base's: a scan from
     // the front beats a binary search.
@@ -109,7 +110,7 @@ int WsDictSet::getValue(int id, unsigned char** value, float& weight) const {
     return dict->getValue(local, value, weight);
 }
 
-int WsDictSet::getUsrValue(int id, unsigned char** usr) const {
+WS_HOT int WsDictSet::getUsrValue(int id, unsigned char** usr) const {
     int local = 0;
     const WsCoreDict* dict = whichDict(id, local);
     if (dict == nullptr) {
@@ -165,7 +166,7 @@ int WsDictSet::getWordId(const unsigned short* word, unsigned len, unsigned char
     return id;
 }
 
-void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
+WS_HOT void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
                         unsigned max, Matches& out) {
     if (!dict.mayMatch(key, len)) {
         out.count = 0;
@@ -199,13 +200,13 @@ void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, u
     out.count = n;
 }
 
-int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
+WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
                         unsigned char mask) const {
     const char* records[kMaxMatches];
     return matchAll(key, len, out, records, max, mask);
 }
 
-int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
+WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
                         const char** records, unsigned max, unsigned char mask) const {
     if (!m_loaded || out == nullptr || records == nullptr) return 0;
     max = std::min(max, kMaxMatches);
@@ -222,7 +223,7 @@ int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
     return mergeAll(key, len, out, records, max, mask);
 }
 
-int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
+WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
                         const char** records, unsigned max, unsigned char mask) const {
     // Three lists rotate: the merged list so far, one dictionary's matches,
     // and the merge of the two.

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "ws/core/wsEncodeConverter.h"
+#include "ws/core/wsHot.h"
 
 namespace ws {
 
@@ -191,7 +192,7 @@ int DoubleArrayTrie::match(const unsigned char* key, int len) const {
     return endValue(s);
 }
 
-int DoubleArrayTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
+WS_HOT int DoubleArrayTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_length <= m_root || max < 1 || len < 1) return 0;
     int count = 0;
     int s = m_root;
@@ -217,7 +218,7 @@ int DoubleArrayTrie::matchLongest(const unsigned char* key, int len, int& matche
     return s;
 }
 
-int DoubleArrayTrie::matchReverse(const unsigned char* key, int len, int state,
+WS_HOT int DoubleArrayTrie::matchReverse(const unsigned char* key, int len, int state,
                                   int& matched) const {
     matched = 0;
     if (m_length <= m_root || !isState(state)) return state;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ws/core/wsHot.h"
 #include "ws/core/wsPrefault.h"
 
 namespace ws {
@@ -181,7 +182,7 @@ int DoubleTrie::match(const unsigned char* key, int len) const {
     return m == len ? m_front.endValue(s) : 0;
 }
 
-void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
+WS_HOT void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
                            int& count) const {
     const int e = separatorEntry(s);
     if (e == 0 || !m_rear.isState(m_table[e].rear)) return;
@@ -238,7 +239,7 @@ void DoubleTrie::buildPairBits() {
     m_pairBits.swap(bits);
 }
 
-int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
+WS_HOT int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
     // The cells in locals: writes to `out` could otherwise alias the
     // trie's members and force their reloads.
