@@ -198,7 +198,7 @@ __attribute__((noinline)) uint16_t GbkCodec::askGbkOf(uint32_t cp) const {
 }
 
 WS_HOT void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, size_t* pos,
-                       unsigned char* out, size_t room, size_t* written) const {
+                              unsigned char* out, size_t room, size_t* written) const {
     if (d == kGbkToUtf8)
         toUtf8(in, n, pos, out, room, written);
     else
@@ -206,7 +206,7 @@ WS_HOT void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, si
 }
 
 WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
-                      size_t room, size_t* written) const {
+                             size_t room, size_t* written) const {
     size_t i = *pos, w = *written;
     while (i < n) {
         const unsigned char b = in[i];
@@ -228,7 +228,7 @@ WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, uns
 }
 
 WS_HOT void GbkCodec::toGbk(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
-                     size_t room, size_t* written) const {
+                            size_t room, size_t* written) const {
     size_t i = *pos, w = *written;
     while (i < n) {
         const size_t len = utf8Length(in[i]);

@@ -84,7 +84,8 @@ bool Implement::initWorker() {
 }
 
 WS_HOT int Implement::doNormalize(const std::string& query, int mode, std::string& out,
-                           std::vector<std::string>& words, bool inputIsGbk, bool outputIsGbk) {
+                                  std::vector<std::string>& words, bool inputIsGbk,
+                                  bool outputIsGbk) {
     out.clear();
     words.clear();
     if (query.empty()) return 0;
@@ -176,7 +177,8 @@ void Implement::convert(norm_utility::AlgoIconv& converter, const std::string& t
 
 // The words in list order, or in canonical (hash) order with "的" and every
 // space left out, so that word order and spacing cannot tell two queries apart.
-WS_HOT void Implement::joinWords(const std::vector<std::string>& words, int mode, std::string& joined) {
+WS_HOT void Implement::joinWords(const std::vector<std::string>& words, int mode,
+                                 std::string& joined) {
     const bool canonical = (mode & kCanonicalOrder) != 0;
     // Sorted by hash, then text: equal entries are equal words, so the
     // order among them cannot show.

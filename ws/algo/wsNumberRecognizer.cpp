@@ -146,7 +146,7 @@ void NumberRecognizer::_record(TextSegmentation& seg, int idx, unsigned int s, u
 }
 
 WS_HOT NumberRecognizer::Run NumberRecognizer::_run(const unsigned short* text, unsigned int n,
-                                             unsigned int s) const {
+                                                    unsigned int s) const {
     const unsigned char c = _cls(text[s]);
     unsigned short prop = 0;
     unsigned int p = s;

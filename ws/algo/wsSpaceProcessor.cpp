@@ -74,8 +74,8 @@ bool SpaceProcessor::_dropRun(unsigned short before, unsigned short after) const
 }
 
 WS_HOT unsigned int SpaceProcessor::_removeSpace(const unsigned short* in, unsigned int n,
-                                          unsigned short* out,
-                                          std::vector<unsigned int>* positions) const {
+                                                 unsigned short* out,
+                                                 std::vector<unsigned int>* positions) const {
     const auto drop = [positions](unsigned int from, unsigned int to) {
         if (positions != nullptr)
             for (unsigned int k = from; k < to; ++k) positions->push_back(k);
@@ -103,7 +103,7 @@ WS_HOT unsigned int SpaceProcessor::_removeSpace(const unsigned short* in, unsig
 }
 
 WS_HOT int SpaceProcessor::restoreSpace(const TextSegmentation& seg, std::vector<WORD_T>& words,
-                                 unsigned int first) const {
+                                        unsigned int first) const {
     const std::vector<unsigned int>& removed = seg.removedSpaces;
     const unsigned int m = static_cast<unsigned int>(removed.size());
     if (m == 0) return 0;

@@ -107,7 +107,7 @@ WS_HOT bool UnigramSegmenter::_fits(const TextSegmentation& seg) const {
 }
 
 WS_HOT bool UnigramSegmenter::_relax(TextSegmentation& seg, unsigned int s, unsigned int e,
-                              double score) {
+                                     double score) {
     double* scores = seg.resultByDict.scores.data();
     const double candidate = scores[s] + score;
     if (!(candidate > scores[e])) return false;
@@ -205,7 +205,7 @@ WS_HOT void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
 }
 
 WS_HOT void UnigramSegmenter::_newWordEdges(TextSegmentation& seg, unsigned int i,
-                                     const RunBuffers& runs) {
+                                            const RunBuffers& runs) {
     const unsigned int n = seg.textLen;
     for (const NewWordBuffer* active : m_active) {
         const NewWordBuffer& buffer = *active;

@@ -15,8 +15,8 @@ int32_t asInt32(unsigned long value) {
 
 }  // namespace
 
-WS_HOT int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long n, unsigned char* out,
-                                 unsigned long outSize) {
+WS_HOT int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long n,
+                                        unsigned char* out, unsigned long outSize) {
     const int32_t limit = asInt32(outSize - 3u);
     if (n == 0 || limit < 1) return 0;
     unsigned char* o = out;
@@ -30,8 +30,8 @@ WS_HOT int EncodeConverter::utf16ToUtf8(const unsigned short* in, unsigned long 
     return static_cast<int>(o - out);
 }
 
-WS_HOT int EncodeConverter::utf8ToUtf16(const unsigned char* in, unsigned long n, unsigned short* out,
-                                 unsigned long outSize) {
+WS_HOT int EncodeConverter::utf8ToUtf16(const unsigned char* in, unsigned long n,
+                                        unsigned short* out, unsigned long outSize) {
     const int32_t room = asInt32(outSize);
     if (n == 0 || room <= 0) return 0;
     const unsigned char* p = in;

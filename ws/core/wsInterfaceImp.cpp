@@ -428,7 +428,7 @@ WS_HOT void WsSegmenterImp::_appendWords(std::vector<WORD_T>& words, bool userVa
 
 // A chunk that a pre-processor ends (a text of spaces only, say) has no words.
 WS_HOT bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned int len,
-                                   std::vector<WORD_T>& words) {
+                                          std::vector<WORD_T>& words) {
     words.clear();
     if (len == 0) return true;
     if (len <= kChunkSize) {
@@ -463,7 +463,7 @@ WS_HOT bool WsSegmenterImp::_toUtf16(const char* utf8, unsigned int len, unsigne
 }
 
 WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
-                             std::vector<std::vector<WORD_T> >& results) {
+                                    std::vector<std::vector<WORD_T> >& results) {
     if (!m_ready) return false;
     try {
         results.resize(1);
@@ -475,7 +475,7 @@ WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len
 }
 
 WS_HOT bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
-                             std::vector<std::vector<WORD_UTF8_T> >& results) {
+                                    std::vector<std::vector<WORD_UTF8_T> >& results) {
     if (!m_ready) return false;
     try {
         m_words.resize(1);
@@ -492,7 +492,7 @@ WS_HOT bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
 }
 
 WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
-                             std::vector<WORD_T>& result) {
+                                    std::vector<WORD_T>& result) {
     if (!segment(text, len, m_words)) return false;
     result.swap(m_words.front());
     return true;

@@ -17,7 +17,7 @@ void logAllocationFailure() {
 }
 
 WS_HOT bool TextSegmentation::init(const unsigned short* orgText, unsigned short* spaceFreeText,
-                            unsigned short* normalizedText, unsigned int len) {
+                                   unsigned short* normalizedText, unsigned int len) {
     if (len == 0 || orgText == nullptr) return false;
     this->orgText = orgText;
     this->spaceFreeText = spaceFreeText;

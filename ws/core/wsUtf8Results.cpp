@@ -17,7 +17,8 @@ unsigned int utf8Bytes(const unsigned short* w, unsigned int units) {
 
 }  // namespace
 
-WS_HOT void Utf8Results::transform(const std::vector<WORD_T>& words, std::vector<WORD_UTF8_T>& out) {
+WS_HOT void Utf8Results::transform(const std::vector<WORD_T>& words,
+                                   std::vector<WORD_UTF8_T>& out) {
     size_t units = 0;
     for (const WORD_T& w : words) units += w.wordLen;
     growTo(m_buffer, 3 * units + 1);

@@ -260,7 +260,7 @@ int DATDict::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
 }
 
 WS_HOT int DATDict::matchRecords(const char* key, unsigned len, TrieBase::MatchInfo* out,
-                          const char** records, unsigned max) const {
+                                 const char** records, unsigned max) const {
     const int n = m_trie->matchAll(bytes(key), clampInt(len), out, clampInt(max));
     // Values that name no record (damaged data) are dropped.
     int kept = 0;

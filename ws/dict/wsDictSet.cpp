@@ -167,12 +167,13 @@ int WsDictSet::getWordId(const unsigned short* word, unsigned len, unsigned char
 }
 
 WS_HOT void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
-                        unsigned max, Matches& out) {
+                               unsigned max, Matches& out) {
     if (!dict.mayMatch(key, len)) {
         out.count = 0;
         return;
     }
     out.count = dict.matchRecords(key, len, out.info, out.record, max);
+    if (offset == 0) return;  // the base dictionary's ids are global ids
     for (int i = 0; i < out.count; ++i) out.info[i].value += offset;
 }
 
@@ -200,14 +201,14 @@ void WsDictSet::merge(const Matches& list, const Matches& next, bool userRule, u
     out.count = n;
 }
 
-WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out, unsigned max,
-                        unsigned char mask) const {
+WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
+                               unsigned max, unsigned char mask) const {
     const char* records[kMaxMatches];
     return matchAll(key, len, out, records, max, mask);
 }
 
 WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
-                        const char** records, unsigned max, unsigned char mask) const {
+                               const char** records, unsigned max, unsigned char mask) const {
     if (!m_loaded || out == nullptr || records == nullptr) return 0;
     max = std::min(max, kMaxMatches);
     const size_t users = (mask & kUser) != 0 ? m_users.size() : 0;
@@ -224,33 +225,33 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
 }
 
 WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
-                        const char** records, unsigned max, unsigned char mask) const {
-    // Three lists rotate: the merged list so far, one dictionary's matches,
-    // and the merge of the two.
-    TrieBase::MatchInfo info[3][kMaxMatches];
-    const char* record[3][kMaxMatches];
-    Matches lists[3] = {{info[0], record[0], 0}, {info[1], record[1], 0}, {info[2], record[2], 0}};
-    Matches* sofar = &lists[0];
-    Matches* fresh = &lists[1];
-    Matches* merged = &lists[2];
+                              const char** records, unsigned max, unsigned char mask) const {
+    // The list so far lives in the caller's arrays: most keys match in one
+    // dictionary only, and its matches are then the answer as collected. A
+    // second non-empty list is merged aside and copied back.
+    Matches sofar = {out, records, 0};
+    TrieBase::MatchInfo info[2][kMaxMatches];
+    const char* record[2][kMaxMatches];
+    Matches fresh = {info[0], record[0], 0};
+    Matches merged = {info[1], record[1], 0};
     auto mergeIn = [&](const WsCoreDict& dict, int offset, bool userRule) {
-        collect(dict, offset, key, len, max, *fresh);
-        if (fresh->count == 0) return;  // nothing new: the list so far is the merge
-        if (sofar->count == 0) {        // nothing to merge with: the new list is the merge
-            std::swap(sofar, fresh);
+        if (sofar.count == 0) {  // nothing to merge with: the new list is the merge
+            collect(dict, offset, key, len, max, sofar);
             return;
         }
-        merge(*sofar, *fresh, userRule, max, *merged);
-        std::swap(sofar, merged);
+        collect(dict, offset, key, len, max, fresh);
+        if (fresh.count == 0) return;  // nothing new: the list so far is the merge
+        merge(sofar, fresh, userRule, max, merged);
+        std::copy(merged.info, merged.info + merged.count, out);
+        std::copy(merged.record, merged.record + merged.count, records);
+        sofar.count = merged.count;
     };
     if ((mask & kUser) != 0) {
         for (size_t i = 0; i < m_users.size(); ++i) mergeIn(*m_users[i], m_offsets[i + 2], true);
     }
     if ((mask & kBase) != 0) mergeIn(*m_base, m_offsets[0], false);
     if ((mask & kAlnum) != 0) mergeIn(*m_alnum, m_offsets[1], false);
-    std::copy(sofar->info, sofar->info + sofar->count, out);
-    std::copy(sofar->record, sofar->record + sofar->count, records);
-    return sofar->count;
+    return sofar.count;
 }
 
 int WsDictSet::getProp(const unsigned char* value, std::vector<short>& props) const {

@@ -97,7 +97,7 @@ private:
     };
 
     bool buildOffsets();
-    // matchAll over several dictionaries (kept apart: its lists take 12 KB
+    // matchAll over several dictionaries (kept apart: its lists take 8 KB
     // of stack that the one-dictionary case does without).
     int mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out, const char** records,
                  unsigned max, unsigned char mask) const;

@@ -192,7 +192,8 @@ int DoubleArrayTrie::match(const unsigned char* key, int len) const {
     return endValue(s);
 }
 
-WS_HOT int DoubleArrayTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
+WS_HOT int DoubleArrayTrie::matchAll(const unsigned char* key, int len, MatchInfo* out,
+                                     int max) const {
     if (m_length <= m_root || max < 1 || len < 1) return 0;
     int count = 0;
     int s = m_root;
@@ -219,7 +220,7 @@ int DoubleArrayTrie::matchLongest(const unsigned char* key, int len, int& matche
 }
 
 WS_HOT int DoubleArrayTrie::matchReverse(const unsigned char* key, int len, int state,
-                                  int& matched) const {
+                                         int& matched) const {
     matched = 0;
     if (m_length <= m_root || !isState(state)) return state;
     int i = 0;

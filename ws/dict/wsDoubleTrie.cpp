@@ -183,7 +183,7 @@ int DoubleTrie::match(const unsigned char* key, int len) const {
 }
 
 WS_HOT void DoubleTrie::tailMatch(int s, int i, const unsigned char* key, int len, MatchInfo* out,
-                           int& count) const {
+                                  int& count) const {
     const int e = separatorEntry(s);
     if (e == 0 || !m_rear.isState(m_table[e].rear)) return;
     int n = 0;

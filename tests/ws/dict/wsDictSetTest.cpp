@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "ws/core/wsWsLogger.h"
 #include "wsDictTestUtil.h"
 
@@ -62,14 +64,23 @@ protected:
         return fromOfId(set.getWordId(units.data(), static_cast<unsigned>(units.size()), mask));
     }
 
-    // "pos:from" for each match.
+    // "pos:from" for each match, from both overloads; a "!" marks a record
+    // that is not the one of the match's id.
     std::string matchAllFrom(const std::string& text, unsigned char mask, unsigned max = 64) {
         const std::string key = u16(text);
-        ws::TrieBase::MatchInfo out[64];
-        const int n = set.matchAll(key.data(), static_cast<unsigned>(key.size()), out, max, mask);
+        const unsigned len = static_cast<unsigned>(key.size());
+        ws::TrieBase::MatchInfo out[64], alone[64];
+        const char* records[64];
+        const int n = set.matchAll(key.data(), len, out, records, max, mask);
         std::string result;
-        for (int i = 0; i < n; ++i)
-            result += std::to_string(out[i].pos) + ":" + fromOfId(out[i].value) + " ";
+        for (int i = 0; i < n; ++i) {
+            const std::string from = fromOfId(out[i].value);
+            result += std::to_string(out[i].pos) + ":" + from;
+            result += fromOfRecord(records[i]) == from ? " " : "! ";
+        }
+        const int m = set.matchAll(key.data(), len, alone, max, mask);
+        EXPECT_EQ(m, n);
+        for (int i = 0; i < std::min(m, n); ++i) EXPECT_EQ(alone[i].value, out[i].value);
         return result;
     }
 
