@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <new>
 
+#include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsHot.h"
 
 namespace norm_utility {
@@ -23,23 +24,6 @@ size_t utf8Length(unsigned char lead) {
     if (lead >= 0xC2 && lead <= 0xDF) return 2;
     if (lead >= 0xE0 && lead <= 0xEF) return 3;
     return 0;
-}
-
-// The UTF-8 bytes of BMP code point `cp` at `out`; their number.
-size_t encodeUtf8(uint32_t cp, char* out) {
-    if (cp < 0x80) {
-        out[0] = static_cast<char>(cp);
-        return 1;
-    }
-    if (cp < 0x800) {
-        out[0] = static_cast<char>(0xC0 | cp >> 6);
-        out[1] = static_cast<char>(0x80 | (cp & 0x3F));
-        return 2;
-    }
-    out[0] = static_cast<char>(0xE0 | cp >> 12);
-    out[1] = static_cast<char>(0x80 | (cp >> 6 & 0x3F));
-    out[2] = static_cast<char>(0x80 | (cp & 0x3F));
-    return 3;
 }
 
 // The BMP code point of one well-formed UTF-8 sequence of 1-3 bytes.
@@ -182,8 +166,10 @@ __attribute__((noinline)) uint16_t GbkCodec::askGbkOf(uint32_t cp) const {
     uint16_t gbk = kLeftToIconv;
     if (cp != 0) {
         std::lock_guard<std::mutex> lock(m_fill);
-        char in[3];
-        const size_t len = encodeUtf8(cp, in);
+        const unsigned short unit = static_cast<unsigned short>(cp);
+        unsigned char bytes[3];
+        const size_t len = static_cast<size_t>(EncodeConverter::utf16ToUtf8(&unit, bytes));
+        const char* in = reinterpret_cast<const char*>(bytes);
         size_t produced = 0;
         const auto* out = reinterpret_cast<const unsigned char*>(m_encoder->output());
         if (m_encoder->run(in, len, produced) == len) {
