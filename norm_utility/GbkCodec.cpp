@@ -213,6 +213,41 @@ WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, uns
     *written = w;
 }
 
+WS_HOT bool GbkCodec::gbkToUtf16(const unsigned char* in, size_t n, unsigned short* out,
+                                 size_t* written) const {
+    size_t i = 0, w = 0;
+    while (i < n) {
+        const unsigned char b = in[i];
+        const Bytes* e = &m_single[b];
+        size_t width = 1;
+        if (e->len == 0) {
+            if (b < kFirstLead || b > kLastLead || i + 1 >= n) return false;
+            e = &row(b)[in[i + 1]];
+            width = 2;
+            if (e->len == 0) return false;
+        }
+        // An entry is one BMP character (see fillRow): its UTF-8 decodes to one unit.
+        out[w++] = static_cast<unsigned short>(decodeUtf8(e->b, e->len));
+        i += width;
+    }
+    *written = w;
+    return true;
+}
+
+WS_HOT bool GbkCodec::utf16ToGbk(const unsigned short* in, size_t n, unsigned char* out,
+                                 size_t* written) const {
+    size_t w = 0;
+    for (size_t i = 0; i < n; ++i) {
+        // A lone surrogate is one iconv refuses, like any unit without GBK bytes.
+        const uint16_t gbk = gbkOf(in[i]);
+        if (gbk == kLeftToIconv) return false;
+        if (gbk > 0xFF) out[w++] = static_cast<unsigned char>(gbk >> 8);
+        out[w++] = static_cast<unsigned char>(gbk & 0xFF);
+    }
+    *written = w;
+    return true;
+}
+
 WS_HOT void GbkCodec::toGbk(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
                             size_t room, size_t* written) const {
     size_t i = *pos, w = *written;

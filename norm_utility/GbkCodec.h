@@ -36,6 +36,15 @@ public:
     void convert(Direction d, const unsigned char* in, std::size_t n, std::size_t* pos,
                  unsigned char* out, std::size_t room, std::size_t* written) const;
 
+    // The same answers with UTF-16 on the other side, all or nothing: false
+    // as soon as a character is one the tables leave to iconv (the caller
+    // then goes through UTF-8 and iconv). `out` has room for n units / 2n
+    // bytes; *written gets what was written.
+    bool gbkToUtf16(const unsigned char* in, std::size_t n, unsigned short* out,
+                    std::size_t* written) const;
+    bool utf16ToGbk(const unsigned short* in, std::size_t n, unsigned char* out,
+                    std::size_t* written) const;
+
 private:
     // One character's bytes in the target encoding; len 0 = left to iconv.
     struct Bytes {

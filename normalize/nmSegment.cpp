@@ -2,6 +2,7 @@
 
 #include "norm_utility/ErrorLine.h"
 #include "ws/core/wsBufferGrowth.h"
+#include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsHot.h"
 
 namespace normalize {
@@ -36,6 +37,7 @@ int nmSegment::init(std::string segmenterConfigPath) {
         writeErrorLine("[nmSegment::init] init utf-8 to gbk iconv failed");
         return -1;
     }
+    m_codec = norm_utility::GbkCodec::instance();
     m_initialised = 1;
     return 0;
 }
@@ -46,21 +48,59 @@ WS_HOT int nmSegment::doSegment(const std::string& gbkText, std::vector<std::str
         writeErrorLine("[nmSegment::doSegment] zeg not init!");
         return -1;
     }
-    reserveForUtf8(m_buffer, gbkText.size());
-    int n = m_gbkToUtf8.conv(gbkText.data(), static_cast<int>(gbkText.size()), m_buffer);
-    // The result's lists stay allocated from call to call: a successful
-    // segment() replaces them whole.
-    if (!segment(m_buffer.data(), static_cast<unsigned int>(n), m_result)) {
+    const bool direct = _toUnits(gbkText);
+    bool segmented = false;
+    if (direct) {
+        segmented = segment(m_units.data(), static_cast<unsigned int>(m_unitCount), m_unitResult);
+    } else {
+        reserveForUtf8(m_buffer, gbkText.size());
+        const int n = m_gbkToUtf8.conv(gbkText.data(), static_cast<int>(gbkText.size()), m_buffer);
+        // The result's lists stay allocated from call to call: a successful
+        // segment() replaces them whole.
+        segmented = segment(m_buffer.data(), static_cast<unsigned int>(n), m_result);
+    }
+    if (!segmented) {
         writeErrorLine("[nmSegment::doSegment] do zeg segment failed for query [" + gbkText + "]");
         return -1;
     }
-    // A segmenter that answers with no level at all has found no words.
-    if (m_result.empty()) return 0;
+    if (direct)
+        _wordsFromUnits(words);
+    else
+        _wordsFromUtf8(words);
+    return 0;
+}
+
+WS_HOT bool nmSegment::_toUnits(const std::string& gbkText) {
+    if (m_codec == nullptr) return false;
+    ws::growTo(m_units, gbkText.size() + 1);
+    return m_codec->gbkToUtf16(reinterpret_cast<const unsigned char*>(gbkText.data()),
+                               gbkText.size(), m_units.data(), &m_unitCount);
+}
+
+// A segmenter that answers with no level at all has found no words.
+WS_HOT void nmSegment::_wordsFromUnits(std::vector<std::string>& words) {
+    if (m_unitResult.empty()) return;
+    for (const ws::WORD_T& word : m_unitResult.back()) {
+        ws::growTo(m_gbkWord, 3 * static_cast<std::size_t>(word.wordLen) + 1);
+        std::size_t n = 0;
+        if (m_codec->utf16ToGbk(word.word, word.wordLen, m_gbkWord.data(), &n)) {
+            words.emplace_back(reinterpret_cast<const char*>(m_gbkWord.data()), n);
+            continue;
+        }
+        // The way the UTF-8 results would have gone.
+        const int bytes = EncodeConverter::utf16ToUtf8(word.word, word.wordLen, m_gbkWord.data(),
+                                                       3 * static_cast<unsigned long>(word.wordLen) + 1);
+        const int converted = m_utf8ToGbk.conv(m_gbkWord.data(), bytes > 0 ? bytes : 0, m_buffer);
+        words.emplace_back(m_buffer.data(), static_cast<std::size_t>(converted));
+    }
+}
+
+WS_HOT void nmSegment::_wordsFromUtf8(std::vector<std::string>& words) {
+    if (m_result.empty()) return;
     for (const ws::WORD_UTF8_T& word : m_result.back()) {
-        n = m_utf8ToGbk.conv(word.word, static_cast<int>(word.wordLen), m_buffer);
+        const int n = m_utf8ToGbk.conv(word.word, static_cast<int>(word.wordLen), m_buffer);
         words.emplace_back(m_buffer.data(), static_cast<std::size_t>(n));
     }
-    return 0;
 }
 
 }  // namespace normalize

@@ -5,12 +5,15 @@
 #include <vector>
 
 #include "norm_utility/AlgoIconv.h"
+#include "norm_utility/GbkCodec.h"
 #include "ws/core/wsInterface.h"
 
 namespace normalize {
 
 // The word segmenter seen from the GBK side: takes a GBK text, segments it
-// as UTF-8 and hands back the words in GBK, in text order. It is the
+// and hands back the words in GBK, in text order. Texts go through the
+// codec's tables straight to UTF-16 and back; one with a character the
+// tables leave to iconv goes through UTF-8 and iconv, with the same words. It is the
 // segmenter itself (derived from it) plus its own pair of converters.
 // Not copyable. Thread safety: one text at a time; the segmenter, the
 // converters and the buffers below are reused by every call.
@@ -31,11 +34,21 @@ public:
     int doSegment(const std::string& gbkText, std::vector<std::string>& words);
 
 private:
+    // False when some character of the text is left to iconv.
+    bool _toUnits(const std::string& gbkText);
+    void _wordsFromUnits(std::vector<std::string>& words);
+    void _wordsFromUtf8(std::vector<std::string>& words);
+
     int m_initialised = 0;
+    const norm_utility::GbkCodec* m_codec = nullptr;
     norm_utility::AlgoIconv m_gbkToUtf8;
     norm_utility::AlgoIconv m_utf8ToGbk;
     std::vector<char> m_buffer;
     std::vector<std::vector<ws::WORD_UTF8_T> > m_result;
+    std::vector<unsigned short> m_units;
+    std::size_t m_unitCount = 0;
+    std::vector<std::vector<ws::WORD_T> > m_unitResult;
+    std::vector<unsigned char> m_gbkWord;
 };
 
 // Grows `buffer` so that AlgoIconv::conv can write `length` bytes of GBK as

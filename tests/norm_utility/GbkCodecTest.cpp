@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "norm_utility/AlgoIconv.h"
+#include "norm_utility/GbkCodec.h"
 
 using norm_utility::AlgoIconv;
 
@@ -178,6 +179,42 @@ TEST(GbkCodecThreads, FillingWhileConverting) {
     }
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(same, std::vector<int>(4, 1));
+}
+
+// The UTF-16 side answers for a character only what iconv gives for its
+// UTF-8, and says no wherever iconv's answer is not one character: on every
+// one- and two-byte GBK sequence and on every BMP unit.
+TEST(GbkCodecUtf16, AgreesWithIconvOrDeclines) {
+    const norm_utility::GbkCodec* codec = norm_utility::GbkCodec::instance();
+    ASSERT_NE(codec, nullptr);
+    const Reference decoder("gbk", "utf-8"), encoder("utf-8", "gbk");
+    std::vector<char> scratch(64);  // room for growth: 0x80 is three bytes in UTF-8
+    unsigned short units[2];
+    unsigned char bytes[8];
+    size_t n = 0;
+    int taken = 0;
+    for (unsigned a = 0; a < 256; ++a) {
+        for (unsigned b = 0; b < 257; ++b) {  // 256: the lead alone
+            const std::string gbk = b == 256 ? std::string(1, static_cast<char>(a))
+                                             : std::string{static_cast<char>(a), static_cast<char>(b)};
+            const auto* in = reinterpret_cast<const unsigned char*>(gbk.data());
+            if (!codec->gbkToUtf16(in, gbk.size(), units, &n)) continue;
+            std::string got;
+            for (size_t k = 0; k < n; ++k) got += utf8(units[k]);
+            ASSERT_EQ(got, decoder.conv(gbk, scratch)) << a << " " << b;
+            ++taken;
+        }
+    }
+    EXPECT_GT(taken, 20000);
+    taken = 0;
+    for (uint32_t cp = 0; cp < 0x10000; ++cp) {
+        const unsigned short unit = static_cast<unsigned short>(cp);
+        if (!codec->utf16ToGbk(&unit, 1, bytes, &n)) continue;
+        ASSERT_EQ(std::string(reinterpret_cast<char*>(bytes), n), encoder.conv(utf8(cp), scratch))
+            << cp;
+        ++taken;
+    }
+    EXPECT_GT(taken, 20000);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, GbkCodecTest,
