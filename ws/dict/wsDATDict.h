@@ -92,6 +92,8 @@ public:
         return m_trie->mayMatch(reinterpret_cast<const unsigned char*>(key),
                                 len > 2 ? 2 : static_cast<int>(len));
     }
+    // The first two key bytes mayMatch lets through, as bits (DoubleTrie::firstPairs).
+    void firstPairs(std::vector<uint64_t>& bits) const { m_trie->firstPairs(bits); }
 
     // Adds a word given as UTF-8 (`len` bytes) with its record: a null
     // `weight` means 1.0; `extra` holds extraLen bytes (may be null only

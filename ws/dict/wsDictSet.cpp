@@ -54,6 +54,7 @@ int WsDictSet::loadDict(const std::string& basePath, const std::string& alnumPat
     }
     m_totalFreq = 0.0;
     for (size_t k = 0; dictAt(k) != nullptr; ++k) m_totalFreq += dictAt(k)->getTotalFreq();
+    buildFirstUnits();
     m_loaded = true;
     return 0;
 }
@@ -69,8 +70,27 @@ bool WsDictSet::buildOffsets() {
     return true;
 }
 
+void WsDictSet::buildFirstUnits() {
+    std::vector<uint8_t>().swap(m_firstUnitDicts);
+    const size_t users = m_users.size();
+    if (users + 2 > kFirstUnitDicts) return;
+    std::vector<uint8_t> table;
+    std::vector<uint64_t> bits;
+    for (size_t k = 0; k < users + 2; ++k) {
+        mergeDict(k).firstPairs(bits);
+        table.resize(bits.size() * 64, 0);
+        for (size_t w = 0; w < bits.size(); ++w) {
+            for (uint64_t b = bits[w]; b != 0; b &= b - 1)
+                table[w * 64 + static_cast<size_t>(__builtin_ctzll(b))] |=
+                    static_cast<uint8_t>(1u << k);
+        }
+    }
+    m_firstUnitDicts.swap(table);
+}
+
 void WsDictSet::clearData() {
     m_loaded = false;
+    std::vector<uint8_t>().swap(m_firstUnitDicts);
     if (m_base) m_base->clearData();
     if (m_alnum) m_alnum->clearData();
     for (auto& user : m_users) user->clearData();
@@ -85,6 +105,18 @@ WsCoreDict* WsDictSet::dictAt(size_t k) const {
     if (k == 0) return m_base.get();
     if (k == 1) return m_alnum.get();
     return k - 2 < m_users.size() ? m_users[k - 2].get() : nullptr;
+}
+
+WS_HOT const WsCoreDict& WsDictSet::mergeDict(size_t at) const {
+    const size_t users = m_users.size();
+    if (at < users) return *m_users[at];
+    if (at == users) return *m_base;
+    return *m_alnum;
+}
+
+WS_HOT int WsDictSet::mergeOffset(size_t at) const {
+    const size_t users = m_users.size();
+    return m_offsets[at < users ? at + 2 : at - users];
 }
 
 WS_HOT WsCoreDict* WsDictSet::whichDict(int id, int& localId) const {
@@ -172,6 +204,11 @@ WS_HOT void WsDictSet::collect(const WsCoreDict& dict, int offset, const char* k
         out.count = 0;
         return;
     }
+    collectPassed(dict, offset, key, len, max, out);
+}
+
+WS_HOT void WsDictSet::collectPassed(const WsCoreDict& dict, int offset, const char* key,
+                                     unsigned len, unsigned max, Matches& out) {
     out.count = dict.matchRecords(key, len, out.info, out.record, max);
     if (offset == 0) return;  // the base dictionary's ids are global ids
     for (int i = 0; i < out.count; ++i) out.info[i].value += offset;
@@ -207,25 +244,37 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
     return matchAll(key, len, out, records, max, mask);
 }
 
+WS_HOT unsigned WsDictSet::dictBits(unsigned char mask) const {
+    const size_t users = m_users.size();
+    if (users + 2 > kFirstUnitDicts) return ~0u;  // no table: every masked one is asked
+    unsigned bits = (mask & kUser) != 0 ? (1u << users) - 1 : 0;
+    if ((mask & kBase) != 0) bits |= 1u << users;
+    if ((mask & kAlnum) != 0) bits |= 1u << (users + 1);
+    return bits;
+}
+
 WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
                                const char** records, unsigned max, unsigned char mask) const {
     if (!m_loaded || out == nullptr || records == nullptr) return 0;
     max = std::min(max, kMaxMatches);
-    const size_t users = (mask & kUser) != 0 ? m_users.size() : 0;
-    const bool base = (mask & kBase) != 0;
-    const bool alnum = (mask & kAlnum) != 0;
-    if (users + base + alnum == 1) {  // one dictionary: its list is the answer
-        Matches only = {out, records, 0};
-        if (users == 1) collect(*m_users[0], m_offsets[2], key, len, max, only);
-        if (base) collect(*m_base, m_offsets[0], key, len, max, only);
-        if (alnum) collect(*m_alnum, m_offsets[1], key, len, max, only);
-        return only.count;
+    unsigned dicts = dictBits(mask);
+    if (!m_firstUnitDicts.empty() && len >= 2) {
+        const auto* k = reinterpret_cast<const unsigned char*>(key);
+        dicts &= m_firstUnitDicts[k[0] | k[1] << 8];
+        if (dicts == 0) return 0;
+        if ((dicts & (dicts - 1)) == 0) {  // one dictionary: its list is the answer
+            const size_t at = static_cast<size_t>(__builtin_ctz(dicts));
+            Matches only = {out, records, 0};
+            collectPassed(mergeDict(at), mergeOffset(at), key, len, max, only);
+            return only.count;
+        }
     }
-    return mergeAll(key, len, out, records, max, mask);
+    return mergeAll(key, len, out, records, max, mask, dicts);
 }
 
 WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out,
-                              const char** records, unsigned max, unsigned char mask) const {
+                               const char** records, unsigned max, unsigned char mask,
+                               unsigned dicts) const {
     // The list so far lives in the caller's arrays: most keys match in one
     // dictionary only, and its matches are then the answer as collected. A
     // second non-empty list is merged aside and copied back.
@@ -234,7 +283,9 @@ WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInf
     const char* record[2][kMaxMatches];
     Matches fresh = {info[0], record[0], 0};
     Matches merged = {info[1], record[1], 0};
-    auto mergeIn = [&](const WsCoreDict& dict, int offset, bool userRule) {
+    // `at`: the dictionary's place in merge order.
+    auto mergeIn = [&](size_t at, const WsCoreDict& dict, int offset, bool userRule) {
+        if (at < kFirstUnitDicts && (dicts >> at & 1) == 0) return;
         if (sofar.count == 0) {  // nothing to merge with: the new list is the merge
             collect(dict, offset, key, len, max, sofar);
             return;
@@ -246,11 +297,12 @@ WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInf
         std::copy(merged.record, merged.record + merged.count, records);
         sofar.count = merged.count;
     };
+    const size_t users = m_users.size();
     if ((mask & kUser) != 0) {
-        for (size_t i = 0; i < m_users.size(); ++i) mergeIn(*m_users[i], m_offsets[i + 2], true);
+        for (size_t i = 0; i < users; ++i) mergeIn(i, *m_users[i], m_offsets[i + 2], true);
     }
-    if ((mask & kBase) != 0) mergeIn(*m_base, m_offsets[0], false);
-    if ((mask & kAlnum) != 0) mergeIn(*m_alnum, m_offsets[1], false);
+    if ((mask & kBase) != 0) mergeIn(users, *m_base, m_offsets[0], false);
+    if ((mask & kAlnum) != 0) mergeIn(users + 1, *m_alnum, m_offsets[1], false);
     return sofar.count;
 }
 

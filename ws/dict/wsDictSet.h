@@ -97,15 +97,25 @@ private:
     };
 
     bool buildOffsets();
-    // matchAll over several dictionaries (kept apart: its lists take 8 KB
-    // of stack that the one-dictionary case does without).
+    void buildFirstUnits();
+    // The dictionaries of `mask` as bits in merge order (users, base, alnum).
+    unsigned dictBits(unsigned char mask) const;
+    // matchAll over the dictionaries of `dicts` (bits in merge order; from
+    // kFirstUnitDicts on, every one is asked). Kept apart: its lists take
+    // 8 KB of stack that the one-dictionary case does without.
     int mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out, const char** records,
-                 unsigned max, unsigned char mask) const;
+                 unsigned max, unsigned char mask, unsigned dicts) const;
     // The k-th dictionary in offset order (base, alnum, users).
     WsCoreDict* dictAt(size_t k) const;
+    // The dictionary at `at` in merge order (users, base, alnum), and its offset.
+    const WsCoreDict& mergeDict(size_t at) const;
+    int mergeOffset(size_t at) const;
     // The matches of one dictionary, with global ids and records.
     static void collect(const WsCoreDict& dict, int offset, const char* key, unsigned len,
                         unsigned max, Matches& out);
+    // The same, when the dictionary's filter has already let the key through.
+    static void collectPassed(const WsCoreDict& dict, int offset, const char* key, unsigned len,
+                              unsigned max, Matches& out);
     // Merges `list` (the earlier dictionaries) and `next` into `out` by
     // rising pos, one entry per pos. On equal pos, with `userRule` the
     // greater weight wins and `next` on a tie; without it `list` wins.
@@ -118,6 +128,11 @@ private:
     std::vector<std::unique_ptr<WsCoreDict>> m_users;
     std::vector<int> m_offsets;
     double m_totalFreq = 0.0;
+    // By a key's first UTF-16 unit, the dictionaries (bits in merge order)
+    // whose filters let it through: one look-up instead of one per
+    // dictionary. Built when the set has at most kFirstUnitDicts.
+    static constexpr size_t kFirstUnitDicts = 8;
+    std::vector<uint8_t> m_firstUnitDicts;
 };
 
 }  // namespace ws

@@ -239,6 +239,16 @@ void DoubleTrie::buildPairBits() {
     m_pairBits.swap(bits);
 }
 
+void DoubleTrie::firstPairs(std::vector<uint64_t>& bits) const {
+    if (!m_pairBits.empty()) {
+        bits = m_pairBits;
+        return;
+    }
+    bits.assign(kPairCount / 64, m_pairStates.empty() ? ~uint64_t{0} : 0);
+    for (uint32_t pair = 0; pair < m_pairStates.size(); ++pair)
+        if (m_pairStates[pair] != 0) bits[pair / 64] |= uint64_t{1} << (pair % 64);
+}
+
 WS_HOT int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
     // The cells in locals: writes to `out` could otherwise alias the

@@ -41,14 +41,15 @@ protected:
                                         1);
         user2 = zeg_test::writeCoreDict(dir, "u2.dict",
                                         {w("北京大学", 3, "u2"), w("清华", 1, "u2"),
-                                         w("大学", 2, "u2")},
+                                         w("大学", 2, "u2"), w("海洋", 1, "u2")},
                                         2);
         ASSERT_EQ(set.loadDict(base, alnum, {user1, user2}), 0);
     }
 
-    std::string fromOfId(int id) {
+    std::string fromOfId(int id) { return fromOfId(set, id); }
+    static std::string fromOfId(const WsDictSet& in, int id) {
         unsigned char* usr = nullptr;
-        const int n = set.getUsrValue(id, &usr);
+        const int n = in.getUsrValue(id, &usr);
         return n > 0 ? std::string(reinterpret_cast<char*>(usr), static_cast<size_t>(n)) : "-";
     }
 
@@ -67,18 +68,22 @@ protected:
     // "pos:from" for each match, from both overloads; a "!" marks a record
     // that is not the one of the match's id.
     std::string matchAllFrom(const std::string& text, unsigned char mask, unsigned max = 64) {
+        return matchAllFrom(set, text, mask, max);
+    }
+    static std::string matchAllFrom(const WsDictSet& in, const std::string& text,
+                                    unsigned char mask, unsigned max = 64) {
         const std::string key = u16(text);
         const unsigned len = static_cast<unsigned>(key.size());
         ws::TrieBase::MatchInfo out[64], alone[64];
         const char* records[64];
-        const int n = set.matchAll(key.data(), len, out, records, max, mask);
+        const int n = in.matchAll(key.data(), len, out, records, max, mask);
         std::string result;
         for (int i = 0; i < n; ++i) {
-            const std::string from = fromOfId(out[i].value);
+            const std::string from = fromOfId(in, out[i].value);
             result += std::to_string(out[i].pos) + ":" + from;
             result += fromOfRecord(records[i]) == from ? " " : "! ";
         }
-        const int m = set.matchAll(key.data(), len, alone, max, mask);
+        const int m = in.matchAll(key.data(), len, alone, max, mask);
         EXPECT_EQ(m, n);
         for (int i = 0; i < std::min(m, n); ++i) EXPECT_EQ(alone[i].value, out[i].value);
         return result;
@@ -138,6 +143,28 @@ TEST_F(WsDictSetTest, UserWordsWinOverBaseWordsOverAlnumWords) {
     EXPECT_EQ(idFrom("北", 1), "-");
     EXPECT_EQ(idFrom("清华", 3), "-");
     EXPECT_EQ(matchFrom("mp3", 5), "-");
+}
+
+// Up to eight dictionaries, a table of first characters says which to
+// ask; with more, every one is asked. The answers are the same, for
+// keys that start in one, several or none of them, and for a key cut
+// inside its first character.
+TEST_F(WsDictSetTest, ManyUserDictionariesGiveTheSameAnswers) {
+    const std::string other = zeg_test::writeCoreDict(dir, "other.dict", {w("天", 1, "other")}, 1);
+    WsDictSet many;
+    ASSERT_EQ(many.loadDict(base, alnum, {user1, user2, other, other, other, other, other}), 0);
+    const std::string texts[] = {"北京大学生", "北京", "清华大学", "mp3北京", "大学", "学生", "海洋"};
+    for (unsigned char mask = 1; mask < 8; ++mask) {
+        for (const std::string& text : texts)
+            EXPECT_EQ(matchAllFrom(many, text, mask), matchAllFrom(text, mask)) << text << mask;
+        ws::TrieBase::MatchInfo out[4];
+        EXPECT_EQ(many.matchAll("\x17", 1, out, 4, mask), set.matchAll("\x17", 1, out, 4, mask));
+    }
+    EXPECT_EQ(matchAllFrom("大学", 5), "1:base 3:u1 ");
+    EXPECT_EQ(matchAllFrom("大学生", 4), "3:u1 ");
+    EXPECT_EQ(matchAllFrom("海洋", 7), "3:u2 ");
+    EXPECT_EQ(matchAllFrom("学生", 7), "3:base ");
+    EXPECT_EQ(matchAllFrom("mp3", 7), "5:alnum ");
 }
 
 TEST_F(WsDictSetTest, ReadersGoThroughTheBaseDictionary) {
