@@ -71,6 +71,8 @@ bool WsDictSet::buildOffsets() {
 }
 
 void WsDictSet::buildFirstUnits() {
+    for (unsigned mask = 0; mask < kMasks; ++mask)
+        m_maskDicts[mask] = dictBits(static_cast<unsigned char>(mask));
     std::vector<uint8_t>().swap(m_firstUnitDicts);
     const size_t users = m_users.size();
     if (users + 2 > kFirstUnitDicts) return;
@@ -244,7 +246,7 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
     return matchAll(key, len, out, records, max, mask);
 }
 
-WS_HOT unsigned WsDictSet::dictBits(unsigned char mask) const {
+unsigned WsDictSet::dictBits(unsigned char mask) const {
     const size_t users = m_users.size();
     if (users + 2 > kFirstUnitDicts) return ~0u;  // no table: every masked one is asked
     unsigned bits = (mask & kUser) != 0 ? (1u << users) - 1 : 0;
@@ -257,7 +259,7 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
                                const char** records, unsigned max, unsigned char mask) const {
     if (!m_loaded || out == nullptr || records == nullptr) return 0;
     max = std::min(max, kMaxMatches);
-    unsigned dicts = dictBits(mask);
+    unsigned dicts = m_maskDicts[mask & (kBase | kAlnum | kUser)];
     if (!m_firstUnitDicts.empty() && len >= 2) {
         const auto* k = reinterpret_cast<const unsigned char*>(key);
         dicts &= m_firstUnitDicts[k[0] | k[1] << 8];

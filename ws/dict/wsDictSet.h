@@ -133,6 +133,8 @@ private:
     // dictionary. Built when the set has at most kFirstUnitDicts.
     static constexpr size_t kFirstUnitDicts = 8;
     std::vector<uint8_t> m_firstUnitDicts;
+    static constexpr unsigned kMasks = 8;
+    unsigned m_maskDicts[kMasks] = {};  // dictBits by mask
 };
 
 }  // namespace ws
