@@ -180,21 +180,21 @@ std::u16string fromModifiedUtf8(const std::string& bytes) {
 WS_HOT bool isJavaNeutralUtf8(const std::string& bytes) {
     const auto* b = reinterpret_cast<const unsigned char*>(bytes.data());
     const std::size_t n = bytes.size();
-    auto trail = [&](std::size_t at, unsigned lo, unsigned hi) {
-        return at < n && b[at] >= lo && b[at] <= hi;
-    };
-    for (std::size_t i = 0; i < n;) {
+    const auto trailing = [](unsigned char c) { return (c & 0xC0) == 0x80; };
+    std::size_t i = 0;
+    while (i < n) {
         const unsigned lead = b[i];
-        if (lead >= 0x01 && lead < 0x80) {
+        if (lead < 0x80) {
+            if (lead == 0) return false;
             ++i;
-        } else if (lead >= 0xC2 && lead <= 0xDF && trail(i + 1, 0x80, 0xBF)) {
-            i += 2;
         } else if (lead >= 0xE0 && lead <= 0xEF) {
             // No overlong form (E0 80-9F) and no surrogate (ED A0-BF).
-            const unsigned lo = lead == 0xE0 ? 0xA0 : 0x80;
-            const unsigned hi = lead == 0xED ? 0x9F : 0xBF;
-            if (!trail(i + 1, lo, hi) || !trail(i + 2, 0x80, 0xBF)) return false;
+            if (n - i < 3 || !trailing(b[i + 1]) || !trailing(b[i + 2])) return false;
+            if ((lead == 0xE0 && b[i + 1] < 0xA0) || (lead == 0xED && b[i + 1] > 0x9F))
+                return false;
             i += 3;
+        } else if (lead >= 0xC2 && lead <= 0xDF && n - i >= 2 && trailing(b[i + 1])) {
+            i += 2;
         } else {
             return false;
         }

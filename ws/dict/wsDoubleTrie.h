@@ -40,7 +40,7 @@ namespace ws {
 // rear trie section.
 //
 // Not copyable. Thread safety as TrieBase.
-class DoubleTrie : public TrieBase {
+class DoubleTrie final : public TrieBase {
 public:
     struct Entry {
         int32_t rear;
