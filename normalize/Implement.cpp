@@ -184,8 +184,9 @@ WS_HOT void Implement::joinWords(const std::vector<std::string>& words, int mode
     // order among them cannot show.
     m_order.clear();
     for (const std::string& word : words) {
-        const char* s = word.c_str();
-        m_order.push_back({{CNormHashtable::hashString(s, 0), CNormHashtable::hashString(s, 1)}, &word});
+        unsigned int first = 0, second = 0;
+        if (canonical) CNormHashtable::hashFirstTwo(word.c_str(), first, second);
+        m_order.push_back({{first, second}, &word});
     }
     if (canonical) {
         std::sort(m_order.begin(), m_order.end(), [](const auto& a, const auto& b) {
