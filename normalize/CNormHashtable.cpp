@@ -50,8 +50,7 @@ WS_HOT unsigned int CNormHashtable::hashString(const char* s, unsigned int hashT
     return hash;
 }
 
-WS_HOT void CNormHashtable::hashFirstTwo(const char* s, unsigned int& first,
-                                         unsigned int& second) {
+WS_HOT void CNormHashtable::hashFirstTwo(const char* s, unsigned int& first, unsigned int& second) {
     unsigned int hash0 = 0x7FED7FED, key0 = 0xEEEEEEEE;
     unsigned int hash1 = 0x7FED7FED, key1 = 0xEEEEEEEE;
     if (s != nullptr) {

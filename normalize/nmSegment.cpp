@@ -88,8 +88,9 @@ WS_HOT void nmSegment::_wordsFromUnits(std::vector<std::string>& words) {
             continue;
         }
         // The way the UTF-8 results would have gone.
-        const int bytes = EncodeConverter::utf16ToUtf8(word.word, word.wordLen, m_gbkWord.data(),
-                                                       3 * static_cast<unsigned long>(word.wordLen) + 1);
+        const int bytes =
+            EncodeConverter::utf16ToUtf8(word.word, word.wordLen, m_gbkWord.data(),
+                                         3 * static_cast<unsigned long>(word.wordLen) + 1);
         const int converted = m_utf8ToGbk.conv(m_gbkWord.data(), bytes > 0 ? bytes : 0, m_buffer);
         words.emplace_back(m_buffer.data(), static_cast<std::size_t>(converted));
     }

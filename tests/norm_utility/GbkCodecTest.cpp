@@ -195,8 +195,9 @@ TEST(GbkCodecUtf16, AgreesWithIconvOrDeclines) {
     int taken = 0;
     for (unsigned a = 0; a < 256; ++a) {
         for (unsigned b = 0; b < 257; ++b) {  // 256: the lead alone
-            const std::string gbk = b == 256 ? std::string(1, static_cast<char>(a))
-                                             : std::string{static_cast<char>(a), static_cast<char>(b)};
+            const std::string gbk = b == 256
+                                        ? std::string(1, static_cast<char>(a))
+                                        : std::string{static_cast<char>(a), static_cast<char>(b)};
             const auto* in = reinterpret_cast<const unsigned char*>(gbk.data());
             if (!codec->gbkToUtf16(in, gbk.size(), units, &n)) continue;
             std::string got;

@@ -39,10 +39,10 @@ protected:
                                         {w("北京大学", 2, "u1"), w("清华", 1, "u1"),
                                          w("大学", 3, "u1")},
                                         1);
-        user2 = zeg_test::writeCoreDict(dir, "u2.dict",
-                                        {w("北京大学", 3, "u2"), w("清华", 1, "u2"),
-                                         w("大学", 2, "u2"), w("海洋", 1, "u2")},
-                                        2);
+        user2 = zeg_test::writeCoreDict(
+            dir, "u2.dict",
+            {w("北京大学", 3, "u2"), w("清华", 1, "u2"), w("大学", 2, "u2"), w("海洋", 1, "u2")},
+            2);
         ASSERT_EQ(set.loadDict(base, alnum, {user1, user2}), 0);
     }
 
@@ -153,7 +153,8 @@ TEST_F(WsDictSetTest, ManyUserDictionariesGiveTheSameAnswers) {
     const std::string other = zeg_test::writeCoreDict(dir, "other.dict", {w("天", 1, "other")}, 1);
     WsDictSet many;
     ASSERT_EQ(many.loadDict(base, alnum, {user1, user2, other, other, other, other, other}), 0);
-    const std::string texts[] = {"北京大学生", "北京", "清华大学", "mp3北京", "大学", "学生", "海洋"};
+    const std::string texts[] = {"北京大学生", "北京", "清华大学", "mp3北京",
+                                 "大学",       "学生", "海洋"};
     for (unsigned char mask = 1; mask < 8; ++mask) {
         for (const std::string& text : texts)
             EXPECT_EQ(matchAllFrom(many, text, mask), matchAllFrom(text, mask)) << text << mask;
