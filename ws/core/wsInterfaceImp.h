@@ -135,6 +135,7 @@ private:
     int m_outType = 0;
     int m_segType = 0;
     bool m_wantTypes = false;     // fill word types (for the weighted text form)
+    bool m_forText = false;       // words only rendered as text, which shows no user values
     bool m_richInfoLogged = false;
 
     // Reused working buffers.

@@ -10,6 +10,7 @@
 #include "support/TempDir.h"
 #include "ws/core/wsEncodeConverter.h"
 #include "ws/core/wsPlugInLibrary.h"
+#include "ws/dict/wsCoreDict.h"
 #include "ws/dict/wsCorrectPhraseDict.h"
 #include "ws/pos/wsTrigramPosDict.h"
 
@@ -147,6 +148,31 @@ TEST_F(WsSegmenterTest, Utf16ResultsPointIntoTheCallersText) {
     EXPECT_EQ(words[1].word, text16.data() + 2);
     EXPECT_EQ(words[1].orgWord, text16.data() + 2);
     EXPECT_EQ(words[1].wordLen, 2u);
+}
+
+// A user word's own bytes come with it in the word lists; the text forms do
+// not show them, and skipping them there must not lose them for a later list.
+TEST_F(WsSegmenterTest, WordListsCarryUserValuesAfterTextOutput) {
+    ws::WsCoreDict user;
+    const std::string word = "北京大学";
+    float weight = 1;
+    unsigned char value[] = {0, 0, 0, 'p', 'k', 'u'};  // no grans, properties or senses
+    ASSERT_GT(user.add(word.data(), static_cast<unsigned>(word.size()), &weight, value, 6), 0);
+    const std::string path = dir.file("user.dict");
+    user.writeDict(path.c_str());
+    ASSERT_TRUE(seg.init(config("USER_DICTIONARY = " + path + "\n").c_str()));
+    const std::string s = "北京大学生";
+    auto userValue = [&] {
+        std::vector<ws::WORD_UTF8_T> words;
+        if (!seg.segment(s.data(), static_cast<unsigned>(s.size()), words) || words.empty())
+            return std::string("(none)");
+        return std::string(reinterpret_cast<const char*>(words[0].usrValue), words[0].usrValueLen);
+    };
+    EXPECT_EQ(userValue(), "pku");
+    EXPECT_EQ(text(s), "北京大学 生 ");
+    EXPECT_STREQ(seg.segment(s.data(), static_cast<unsigned>(s.size()), 1) != nullptr ? "ok" : "",
+                 "ok");
+    EXPECT_EQ(userValue(), "pku");
 }
 
 TEST_F(WsSegmenterTest, LongTextIsSegmentedChunkByChunk) {
