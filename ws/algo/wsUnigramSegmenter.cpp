@@ -1,5 +1,6 @@
 #include "ws/algo/wsUnigramSegmenter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -197,11 +198,25 @@ WS_HOT void UnigramSegmenter::_fullLattice(TextSegmentation& seg) {
     m_active.clear();
     for (const NewWordBuffer& buffer : seg.newWordBuffers)
         if ((buffer.count & 0xFF) != 0) m_active.push_back(&buffer);
+    const bool marked = !m_active.empty() && _markCandidates(n);
     for (unsigned int i = 0; i < n; ++i) {
         _dictEdges(seg, i, true);
-        if (!m_active.empty()) _newWordEdges(seg, i, runs);
+        if (!m_active.empty() && (!marked || m_startsCandidate[i] != 0))
+            _newWordEdges(seg, i, runs);
     }
     _backtrace(seg);
+}
+
+WS_HOT bool UnigramSegmenter::_markCandidates(unsigned int n) {
+    if (m_startsCandidate.size() < n &&
+        !allocateOr([&] { m_startsCandidate.resize(n); }, [] {}))
+        return false;
+    std::fill(m_startsCandidate.begin(), m_startsCandidate.begin() + n, 0);
+    for (const NewWordBuffer* buffer : m_active) {
+        const size_t end = std::min<size_t>(n, buffer->words.size());
+        for (size_t p = 0; p < end; ++p) m_startsCandidate[p] |= buffer->words[p].len != 0;
+    }
+    return true;
 }
 
 WS_HOT void UnigramSegmenter::_newWordEdges(TextSegmentation& seg, unsigned int i,

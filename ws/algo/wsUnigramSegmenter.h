@@ -76,6 +76,10 @@ private:
     void _dictEdges(TextSegmentation& seg, unsigned int i, bool full);
     // Edges of the new words starting at i, from the buffers in m_active.
     void _newWordEdges(TextSegmentation& seg, unsigned int i, const RunBuffers& runs);
+    // Marks in m_startsCandidate the positions of [0, n) where a buffer in
+    // m_active holds a candidate: only there can _newWordEdges add an edge.
+    // False when memory ran out (then every position is to be tried).
+    bool _markCandidates(unsigned int n);
     // The alnum-dictionary word that the recognised runs at i cover exactly;
     // false when none does. `type` gets the runs' property.
     bool _coveringMatch(const TextSegmentation& seg, unsigned int i, const RunBuffers& runs,
@@ -99,6 +103,7 @@ private:
     std::vector<unsigned char> m_partNum;
     // The text's new-word buffers that hold candidates (kept for its memory).
     std::vector<const NewWordBuffer*> m_active;
+    std::vector<unsigned char> m_startsCandidate;
 };
 
 }  // namespace ws
