@@ -51,7 +51,8 @@ WS_HOT int nmSegment::doSegment(const std::string& gbkText, std::vector<std::str
     const bool direct = _toUnits(gbkText);
     bool segmented = false;
     if (direct) {
-        segmented = segment(m_units.data(), static_cast<unsigned int>(m_unitCount), m_unitResult);
+        segmented =
+            segmentWords(m_units.data(), static_cast<unsigned int>(m_unitCount), m_unitWords);
     } else {
         reserveForUtf8(m_buffer, gbkText.size());
         const int n = m_gbkToUtf8.conv(gbkText.data(), static_cast<int>(gbkText.size()), m_buffer);
@@ -77,10 +78,8 @@ WS_HOT bool nmSegment::_toUnits(const std::string& gbkText) {
                                gbkText.size(), m_units.data(), &m_unitCount);
 }
 
-// A segmenter that answers with no level at all has found no words.
 WS_HOT void nmSegment::_wordsFromUnits(std::vector<std::string>& words) {
-    if (m_unitResult.empty()) return;
-    for (const ws::WORD_T& word : m_unitResult.back()) {
+    for (const ws::WORD_T& word : m_unitWords) {
         ws::growTo(m_gbkWord, 3 * static_cast<std::size_t>(word.wordLen) + 1);
         std::size_t n = 0;
         if (m_codec->utf16ToGbk(word.word, word.wordLen, m_gbkWord.data(), &n)) {
@@ -96,6 +95,7 @@ WS_HOT void nmSegment::_wordsFromUnits(std::vector<std::string>& words) {
     }
 }
 
+// A segmenter that answers with no level at all has found no words.
 WS_HOT void nmSegment::_wordsFromUtf8(std::vector<std::string>& words) {
     if (m_result.empty()) return;
     for (const ws::WORD_UTF8_T& word : m_result.back()) {

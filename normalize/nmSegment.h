@@ -47,7 +47,7 @@ private:
     std::vector<std::vector<ws::WORD_UTF8_T> > m_result;
     std::vector<unsigned short> m_units;
     std::size_t m_unitCount = 0;
-    std::vector<std::vector<ws::WORD_T> > m_unitResult;
+    std::vector<ws::WORD_T> m_unitWords;
     std::vector<unsigned char> m_gbkWord;
 };
 

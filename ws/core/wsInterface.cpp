@@ -51,6 +51,11 @@ bool WsSegmenter::segment(const char* utf8, unsigned int len, std::vector<WORD_U
     return m_imp && m_imp->segment(utf8, len, result);
 }
 
+bool WsSegmenter::segmentWords(const unsigned short* text, unsigned int len,
+                               std::vector<WORD_T>& words) {
+    return m_imp && m_imp->segmentWords(text, len, words);
+}
+
 const char* WsSegmenter::segment(const char* utf8, unsigned int len, int outType) {
     return m_imp ? m_imp->segment(utf8, len, outType) : nullptr;
 }

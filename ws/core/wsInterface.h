@@ -51,6 +51,10 @@ public:
     // the plain form, any other the weighted one ("[|/type@weight ... |]").
     // Owned by this object, valid until the next call; null on failure.
     const char* segment(const char* utf8, unsigned int len, int outType);
+    // segment(text, len, words) without the user values (usrValue null,
+    // usrValueLen 0), for callers that read only the words: the user-value
+    // look-up is a good part of a short text's cost.
+    bool segmentWords(const unsigned short* text, unsigned int len, std::vector<WORD_T>& words);
 
     // This build computes one result level (SEGMENT_RESULT_NUM 0 or 1), so
     // the coarsest and the finest cut are both that result: these return

@@ -436,7 +436,7 @@ WS_HOT bool WsSegmenterImp::_segmentUtf16(const unsigned short* text, unsigned i
     } else {
         m_chunker.getChunks(text, len, m_chunks);
     }
-    const bool userValues = _wantUserValues() && !m_forText;
+    const bool userValues = _wantUserValues() && !m_skipUserValues;
     for (const CHUNK_T& chunk : m_chunks) {
         growTo(m_spaceFree, chunk.len);
         growTo(m_normalized, chunk.len);
@@ -491,6 +491,21 @@ WS_HOT bool WsSegmenterImp::segment(const char* utf8, unsigned int len,
     }
 }
 
+WS_HOT bool WsSegmenterImp::segmentWords(const unsigned short* text, unsigned int len,
+                                         std::vector<WORD_T>& words) {
+    if (!m_ready) return false;
+    try {
+        m_skipUserValues = true;
+        const bool ok = _segmentUtf16(text, text != nullptr ? len : 0, words);
+        m_skipUserValues = false;
+        return ok;
+    } catch (const std::bad_alloc&) {
+        m_skipUserValues = false;
+        WS_IMP_ERROR("allocate memory fail!");
+        return false;
+    }
+}
+
 WS_HOT bool WsSegmenterImp::segment(const unsigned short* text, unsigned int len,
                                     std::vector<WORD_T>& result) {
     if (!segment(text, len, m_words)) return false;
@@ -508,13 +523,13 @@ WS_HOT const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, i
     if (!m_ready) return nullptr;
     try {
         m_wantTypes = outType != 0;
-        m_forText = true;
+        m_skipUserValues = true;
         m_words.resize(1);
         unsigned int units = 0;
         const bool ok = _toUtf16(utf8, len, units) &&
                         _segmentUtf16(m_utf16.data(), units, m_words[0]);
         m_wantTypes = false;
-        m_forText = false;
+        m_skipUserValues = false;
         if (!ok) return nullptr;
         const int skipped =
             outType == 0 ? m_text.renderPlain(m_words[0], m_spaceProcessor != nullptr, m_tagger.get())
@@ -523,7 +538,7 @@ WS_HOT const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, i
         return m_text.c_str();
     } catch (const std::bad_alloc&) {
         m_wantTypes = false;
-        m_forText = false;
+        m_skipUserValues = false;
         WS_IMP_ERROR("allocate memory fail!");
         return nullptr;
     }

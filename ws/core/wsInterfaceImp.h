@@ -55,6 +55,7 @@ public:
     bool segment(const char* utf8, unsigned int len,
                  std::vector<std::vector<WORD_UTF8_T> >& results);
     bool segment(const unsigned short* text, unsigned int len, std::vector<WORD_T>& result);
+    bool segmentWords(const unsigned short* text, unsigned int len, std::vector<WORD_T>& words);
     bool segment(const char* utf8, unsigned int len, std::vector<WORD_UTF8_T>& result);
     const char* segment(const char* utf8, unsigned int len, int outType);
 
@@ -135,7 +136,7 @@ private:
     int m_outType = 0;
     int m_segType = 0;
     bool m_wantTypes = false;     // fill word types (for the weighted text form)
-    bool m_forText = false;       // words only rendered as text, which shows no user values
+    bool m_skipUserValues = false;  // words only rendered as text or read for their text
     bool m_richInfoLogged = false;
 
     // Reused working buffers.

@@ -150,8 +150,8 @@ TEST_F(WsSegmenterTest, Utf16ResultsPointIntoTheCallersText) {
     EXPECT_EQ(words[1].wordLen, 2u);
 }
 
-// A user word's own bytes come with it in the word lists; the text forms do
-// not show them, and skipping them there must not lose them for a later list.
+// A user word's own bytes come with it in the word lists; the text forms and
+// segmentWords leave them out, and must not lose them for a later list.
 TEST_F(WsSegmenterTest, WordListsCarryUserValuesAfterTextOutput) {
     ws::WsCoreDict user;
     const std::string word = "北京大学";
@@ -170,8 +170,22 @@ TEST_F(WsSegmenterTest, WordListsCarryUserValuesAfterTextOutput) {
     };
     EXPECT_EQ(userValue(), "pku");
     EXPECT_EQ(text(s), "北京大学 生 ");
-    EXPECT_STREQ(seg.segment(s.data(), static_cast<unsigned>(s.size()), 1) != nullptr ? "ok" : "",
-                 "ok");
+    EXPECT_NE(seg.segment(s.data(), static_cast<unsigned>(s.size()), 1), nullptr);
+    EXPECT_EQ(userValue(), "pku");
+    const auto units = EncodeConverter::utf8ToUtf16(
+        EncodeConverter::Utf8String(reinterpret_cast<const unsigned char*>(s.data()), s.size()));
+    std::vector<ws::WORD_T> bare, full;
+    ASSERT_TRUE(seg.segmentWords(units.data(), static_cast<unsigned>(units.size()), bare));
+    ASSERT_TRUE(seg.segment(units.data(), static_cast<unsigned>(units.size()), full));
+    ASSERT_EQ(bare.size(), 2u);
+    ASSERT_EQ(full.size(), 2u);
+    EXPECT_EQ(bare[0].usrValue, nullptr);
+    EXPECT_EQ(full[0].usrValueLen, 3u);
+    for (size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(bare[i].word, full[i].word);
+        EXPECT_EQ(bare[i].wordLen, full[i].wordLen);
+        EXPECT_EQ(bare[i].wordId, full[i].wordId);
+    }
     EXPECT_EQ(userValue(), "pku");
 }
 
