@@ -35,18 +35,6 @@ DATDict::DATDict(const char* magic) : m_trie(new DoubleTrie()) {
 
 DATDict::~DATDict() = default;
 
-float DATDict::recordWeight(const char* record) {
-    float w;
-    std::memcpy(&w, record, sizeof w);
-    return w;
-}
-
-uint32_t DATDict::recordLength(const char* record) {
-    uint32_t n;
-    std::memcpy(&n, record + 4, sizeof n);
-    return n;
-}
-
 // ---- loading ----
 
 int DATDict::checkHeader(const char* magicField, const Header& h, uint64_t available,

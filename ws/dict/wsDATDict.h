@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -147,8 +148,16 @@ public:
     const char* magic() const { return m_magic; }
 
     // Record fields, read unaligned. REQUIRES: a record from operator[].
-    static float recordWeight(const char* record);
-    static uint32_t recordLength(const char* record);
+    static float recordWeight(const char* record) {
+        float w;
+        std::memcpy(&w, record, sizeof w);
+        return w;
+    }
+    static uint32_t recordLength(const char* record) {
+        uint32_t n;
+        std::memcpy(&n, record + 4, sizeof n);
+        return n;
+    }
     // The extra bytes of `record` as getValue gives them: null when empty.
     static unsigned char* recordValue(const char* record) {
         // The bytes may lie in a read-only mapping; callers only read them.
