@@ -50,11 +50,18 @@ void renewArray(std::vector<T>& array, std::size_t n) {
 // Sizes, not `capacity`, decide, because a failed growth leaves the array
 // empty and `capacity` unchanged (and returns false, logged).
 template <typename T>
-bool growArray(std::vector<T>& array, unsigned int& capacity, unsigned int n) {
-    if (array.size() >= n) return true;
+__attribute__((noinline)) bool renewArrayOrLog(std::vector<T>& array, unsigned int& capacity,
+                                               unsigned int n) {
     if (!allocateOrLog([&] { renewArray(array, n); })) return false;
     capacity = n;
     return true;
+}
+
+// The check inline, the growth (and its exception handling) out of line:
+// callers on the hot path then pay for the check alone.
+template <typename T>
+bool growArray(std::vector<T>& array, unsigned int& capacity, unsigned int n) {
+    return array.size() >= n || renewArrayOrLog(array, capacity, n);
 }
 
 // Grows `array` to at least `n` entries, keeping what it holds; new entries

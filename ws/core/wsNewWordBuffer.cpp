@@ -8,7 +8,7 @@ namespace ws {
 NewWordBuffer::NewWordBuffer(unsigned short prop, float threshold)
     : prop(prop), threshold(threshold) {}
 
-WS_HOT bool NewWordBuffer::init(unsigned int n) {
+WS_HOT bool NewWordBuffer::_init(unsigned int n) {
     const size_t before = words.size();
     if (!growArray(words, capacity, n)) return false;
     if (words.size() != before) m_clean = 0;  // fresh records, but count them once

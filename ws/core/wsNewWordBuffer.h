@@ -28,7 +28,11 @@ struct NewWordBuffer {
     // `count` to 0. Records beyond n keep their contents. False, with an
     // error logged, when memory runs out; `words` is then empty and
     // `capacity` unchanged.
-    bool init(unsigned int n);
+    bool init(unsigned int n) {
+        // Not written since its last init: already empty.
+        if (count == 0 && n <= m_clean && words.size() >= n) return true;
+        return _init(n);
+    }
 
     unsigned int capacity = 0;   // records allocated by the last successful growth
     std::vector<Record> words;   // indexed by start position
@@ -40,6 +44,8 @@ struct NewWordBuffer {
     unsigned int count = 0;
 
 private:
+    bool _init(unsigned int n);
+
     unsigned int m_clean = 0;  // records [0, m_clean) were empty at the last init
 };
 
