@@ -285,26 +285,32 @@ WS_HOT int WsDictSet::mergeAll(const char* key, unsigned len, TrieBase::MatchInf
     const char* record[2][kMaxMatches];
     Matches fresh = {info[0], record[0], 0};
     Matches merged = {info[1], record[1], 0};
-    // `at`: the dictionary's place in merge order.
-    auto mergeIn = [&](size_t at, const WsCoreDict& dict, int offset, bool userRule) {
-        if (at < kFirstUnitDicts && (dicts >> at & 1) == 0) return;
+    // Merges in the dictionary at `at` in merge order.
+    auto mergeIn = [&](size_t at) {
+        const WsCoreDict& dict = mergeDict(at);
+        const int offset = mergeOffset(at);
         if (sofar.count == 0) {  // nothing to merge with: the new list is the merge
             collect(dict, offset, key, len, max, sofar);
             return;
         }
         collect(dict, offset, key, len, max, fresh);
         if (fresh.count == 0) return;  // nothing new: the list so far is the merge
-        merge(sofar, fresh, userRule, max, merged);
+        merge(sofar, fresh, at < m_users.size(), max, merged);
         std::copy(merged.info, merged.info + merged.count, out);
         std::copy(merged.record, merged.record + merged.count, records);
         sofar.count = merged.count;
     };
+    if (!m_firstUnitDicts.empty()) {  // `dicts` names exactly the ones to ask
+        for (unsigned left = dicts; left != 0; left &= left - 1)
+            mergeIn(static_cast<size_t>(__builtin_ctz(left)));
+        return sofar.count;
+    }
     const size_t users = m_users.size();
     if ((mask & kUser) != 0) {
-        for (size_t i = 0; i < users; ++i) mergeIn(i, *m_users[i], m_offsets[i + 2], true);
+        for (size_t i = 0; i < users; ++i) mergeIn(i);
     }
-    if ((mask & kBase) != 0) mergeIn(users, *m_base, m_offsets[0], false);
-    if ((mask & kAlnum) != 0) mergeIn(users + 1, *m_alnum, m_offsets[1], false);
+    if ((mask & kBase) != 0) mergeIn(users);
+    if ((mask & kAlnum) != 0) mergeIn(users + 1);
     return sofar.count;
 }
 

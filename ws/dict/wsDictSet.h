@@ -100,9 +100,10 @@ private:
     void buildFirstUnits();
     // The dictionaries of `mask` as bits in merge order (users, base, alnum).
     unsigned dictBits(unsigned char mask) const;
-    // matchAll over the dictionaries of `dicts` (bits in merge order; from
-    // kFirstUnitDicts on, every one is asked). Kept apart: its lists take
-    // 8 KB of stack that the one-dictionary case does without.
+    // matchAll over the dictionaries of `dicts` (bits in merge order) when
+    // the set has its first-character table, else over those of `mask`.
+    // Kept apart: its lists take 8 KB of stack that the one-dictionary case
+    // does without.
     int mergeAll(const char* key, unsigned len, TrieBase::MatchInfo* out, const char** records,
                  unsigned max, unsigned char mask, unsigned dicts) const;
     // The k-th dictionary in offset order (base, alnum, users).
