@@ -192,6 +192,20 @@ int DoubleArrayTrie::match(const unsigned char* key, int len) const {
     return endValue(s);
 }
 
+void DoubleArrayTrie::markBytePairs(std::vector<uint64_t>& bits) const {
+    if (m_length <= m_root) return;
+    const uint32_t rootBase = static_cast<uint32_t>(m_cells[m_root].base);
+    for (int t = 1; t < m_length; ++t) {
+        const int p = m_cells[t].check;  // a parent whose own parent is the root
+        if (p < 1 || p >= m_length || p == m_root || m_cells[p].check != m_root) continue;
+        const uint32_t b0 = static_cast<uint32_t>(p) - rootBase - 1;
+        const uint32_t b1 = static_cast<uint32_t>(t) - static_cast<uint32_t>(m_cells[p].base) - 1;
+        if (b0 > 255 || b1 > 255) continue;
+        const uint32_t pair = b0 | b1 << 8;
+        bits[pair / 64] |= uint64_t{1} << (pair % 64);
+    }
+}
+
 WS_HOT int DoubleArrayTrie::matchAll(const unsigned char* key, int len, MatchInfo* out,
                                      int max) const {
     if (m_length <= m_root || max < 1 || len < 1) return 0;

@@ -130,6 +130,9 @@ public:
         const int t = next(state, kCodeEnd);
         return t != 0 ? m_cells[t].base : 0;
     }
+    // Sets bit b0 | b1 << 8 of `bits` (65536 bits) for each path of two key
+    // bytes b0, b1 from the root, by one scan of the cells.
+    void markBytePairs(std::vector<uint64_t>& bits) const;
 
 protected:
     void setError(const char* message);

@@ -219,23 +219,16 @@ void DoubleTrie::buildPairBits() {
     std::vector<uint64_t>().swap(m_pairBits);
     if (m_front.length() >= kPairTableMinCells || m_front.length() <= m_front.root()) return;
     std::vector<uint64_t> bits(kPairCount / 64, 0);
-    auto set = [&bits](uint32_t pair) { bits[pair / 64] |= uint64_t{1} << (pair % 64); };
-    const DoubleArrayTrie::Cell* cells = m_front.cells();
-    const int length = m_front.length();
     const int root = m_front.root();
-    const uint32_t rootBase = static_cast<uint32_t>(cells[root].base);
     for (int b0 = 0; b0 < 256; ++b0) {
         const int s1 = m_front.next(root, b0);
         if (s1 == 0 || !matchesAfterOneByte(s1)) continue;
-        for (uint32_t b1 = 0; b1 < 256; ++b1) set(static_cast<uint32_t>(b0) | b1 << 8);
+        for (uint32_t b1 = 0; b1 < 256; ++b1) {
+            const uint32_t pair = static_cast<uint32_t>(b0) | b1 << 8;
+            bits[pair / 64] |= uint64_t{1} << (pair % 64);
+        }
     }
-    for (int t = 1; t < length; ++t) {
-        const int p = cells[t].check;
-        if (p < 1 || p >= length || p == root || cells[p].check != root) continue;
-        const uint32_t b0 = static_cast<uint32_t>(p) - rootBase - 1;
-        const uint32_t b1 = static_cast<uint32_t>(t) - static_cast<uint32_t>(cells[p].base) - 1;
-        if (b0 <= 255 && b1 <= 255) set(b0 | b1 << 8);
-    }
+    m_front.markBytePairs(bits);
     m_pairBits.swap(bits);
 }
 

@@ -57,6 +57,7 @@ int PhraseDict::loadDict(const char* path) {
 }
 
 void PhraseDict::_clear() {
+    std::vector<uint64_t>().swap(m_firstUnits);
     m_trie.reset(new DADLTrie());
     m_table.assign(PHRASE_TABLE_LOGO, kLogoSize);
     m_phraseCount = 0;
@@ -77,7 +78,16 @@ int PhraseDict::loadDict(std::FILE* fp) {
     }
     m_trie = std::move(trie);
     m_table.swap(table);
+    _markFirstUnits();
     return 0;
+}
+
+// A phrase's key is its code units as bytes, so its first unit is the
+// first two key bytes.
+void PhraseDict::_markFirstUnits() {
+    std::vector<uint64_t> bits(65536 / 64, 0);
+    m_trie->markBytePairs(bits);
+    m_firstUnits.swap(bits);
 }
 
 int PhraseDict::writeDict(const char* path) const {
@@ -156,6 +166,7 @@ int PhraseDict::loadText(const char* path) {
         }
         m_trie = std::move(trie);
         m_table.swap(table);
+        _markFirstUnits();
         m_phraseCount = count;
         m_skipped = skipped;
         return 0;
@@ -254,6 +265,9 @@ int PhraseDict::_matchPosition(const unsigned short* text, unsigned n, LenAt len
                                unsigned& phraseLen) const {
     phraseLen = 0;
     if (text == nullptr || n == 0) return -1;
+    // A match ending inside the first unit is never taken (see below).
+    const unsigned pair = keyBytes(text)[0] | keyBytes(text)[1] << 8;
+    if (!m_firstUnits.empty() && (m_firstUnits[pair / 64] >> (pair % 64) & 1) == 0) return -1;
     const unsigned units = n < kMaxPhraseLen ? n : kMaxPhraseLen;
     TrieBase::MatchInfo found[kMaxMatches];
     const int count =

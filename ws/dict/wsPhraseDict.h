@@ -134,8 +134,13 @@ private:
     static const char* _parseLine(const std::string& line, Entry& e);
     // Empty: no phrases, a table holding the logo only.
     void _clear();
+    // Fills m_firstUnits from the trie.
+    void _markFirstUnits();
 
     std::unique_ptr<DADLTrie> m_trie;
+    // By code unit, whether some phrase starts with it: most text positions
+    // start none, and are answered without a walk. Empty: not known.
+    std::vector<uint64_t> m_firstUnits;
     std::string m_table;
     unsigned m_phraseCount = 0;
     unsigned m_skipped = 0;
