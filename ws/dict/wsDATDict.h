@@ -93,8 +93,8 @@ public:
         return m_trie->mayMatch(reinterpret_cast<const unsigned char*>(key),
                                 len > 2 ? 2 : static_cast<int>(len));
     }
-    // The first two key bytes mayMatch lets through, as bits (DoubleTrie::firstPairs).
-    void firstPairs(std::vector<uint64_t>& bits) const { m_trie->firstPairs(bits); }
+    // Marks the first two key bytes mayMatch lets through (DoubleTrie::markFirstPairs).
+    void markFirstPairs(uint8_t* table, uint8_t bit) const { m_trie->markFirstPairs(table, bit); }
 
     // Adds a word given as UTF-8 (`len` bytes) with its record: a null
     // `weight` means 1.0; `extra` holds extraLen bytes (may be null only

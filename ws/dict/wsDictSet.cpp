@@ -76,17 +76,9 @@ void WsDictSet::buildFirstUnits() {
     std::vector<uint8_t>().swap(m_firstUnitDicts);
     const size_t users = m_users.size();
     if (users + 2 > kFirstUnitDicts) return;
-    std::vector<uint8_t> table;
-    std::vector<uint64_t> bits;
-    for (size_t k = 0; k < users + 2; ++k) {
-        mergeDict(k).firstPairs(bits);
-        table.resize(bits.size() * 64, 0);
-        for (size_t w = 0; w < bits.size(); ++w) {
-            for (uint64_t b = bits[w]; b != 0; b &= b - 1)
-                table[w * 64 + static_cast<size_t>(__builtin_ctzll(b))] |=
-                    static_cast<uint8_t>(1u << k);
-        }
-    }
+    std::vector<uint8_t> table(kFirstUnits, 0);
+    for (size_t k = 0; k < users + 2; ++k)
+        mergeDict(k).markFirstPairs(table.data(), static_cast<uint8_t>(1u << k));
     m_firstUnitDicts.swap(table);
 }
 

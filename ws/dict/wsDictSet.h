@@ -133,6 +133,7 @@ private:
     // whose filters let it through: one look-up instead of one per
     // dictionary. Built when the set has at most kFirstUnitDicts.
     static constexpr size_t kFirstUnitDicts = 8;
+    static constexpr size_t kFirstUnits = 65536;
     std::vector<uint8_t> m_firstUnitDicts;
     static constexpr unsigned kMasks = 8;
     unsigned m_maskDicts[kMasks] = {};  // dictBits by mask

@@ -232,14 +232,30 @@ void DoubleTrie::buildPairBits() {
     m_pairBits.swap(bits);
 }
 
-void DoubleTrie::firstPairs(std::vector<uint64_t>& bits) const {
-    if (!m_pairBits.empty()) {
-        bits = m_pairBits;
+void DoubleTrie::markFirstPairs(uint8_t* table, uint8_t bit) const {
+    if (!m_pairBits.empty()) {  // a small trie: few pairs
+        for (size_t w = 0; w < m_pairBits.size(); ++w) {
+            for (uint64_t b = m_pairBits[w]; b != 0; b &= b - 1)
+                table[w * 64 + static_cast<size_t>(__builtin_ctzll(b))] |= bit;
+        }
         return;
     }
-    bits.assign(kPairCount / 64, m_pairStates.empty() ? ~uint64_t{0} : 0);
-    for (uint32_t pair = 0; pair < m_pairStates.size(); ++pair)
-        if (m_pairStates[pair] != 0) bits[pair / 64] |= uint64_t{1} << (pair % 64);
+    if (m_pairStates.empty()) {  // no filter: every pair
+        for (int p = 0; p < kPairCount; ++p) table[p] |= bit;
+        return;
+    }
+    // Eight entries a step, in a word: the byte table may alias anything,
+    // so a byte loop would reload at every entry.
+    const int32_t* states = m_pairStates.data();
+    for (int p = 0; p < kPairCount; p += 8) {
+        uint64_t marks = 0;
+        for (int j = 0; j < 8; ++j)
+            marks |= static_cast<uint64_t>(states[p + j] != 0 ? bit : 0) << (8 * j);
+        uint64_t word;
+        std::memcpy(&word, table + p, sizeof word);
+        word |= marks;
+        std::memcpy(table + p, &word, sizeof word);
+    }
 }
 
 WS_HOT int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {

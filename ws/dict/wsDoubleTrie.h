@@ -78,9 +78,9 @@ public:
         if (!m_pairBits.empty()) return (m_pairBits[pair / 64] >> (pair % 64) & 1) != 0;
         return m_pairStates.empty() || m_pairStates[pair] != 0;
     }
-    // Sets bit p of `bits` (kPairCount bits) for each first two bytes p
-    // with which mayMatch lets a key through.
-    void firstPairs(std::vector<uint64_t>& bits) const;
+    // ORs `bit` into table[p] (kPairCount entries) for each first two
+    // bytes p with which mayMatch lets a key through.
+    void markFirstPairs(uint8_t* table, uint8_t bit) const;
     int add(const unsigned char* key, int len, int value) override;
     const char* stats() override;
     void listAllEntries() override;
