@@ -191,20 +191,26 @@ WS_HOT void GbkCodec::convert(Direction d, const unsigned char* in, size_t n, si
         toGbk(in, n, pos, out, room, written);
 }
 
+// The entry of the GBK character at in[i] (of n bytes) and its width in
+// bytes; null when the tables leave it to iconv.
+inline const GbkCodec::Bytes* GbkCodec::entryAt(const unsigned char* in, size_t n, size_t i,
+                                                size_t& width) const {
+    const unsigned char b = in[i];
+    width = 1;
+    if (m_single[b].len != 0) return &m_single[b];
+    if (b < kFirstLead || b > kLastLead || i + 1 >= n) return nullptr;
+    width = 2;
+    const Bytes* e = &row(b)[in[i + 1]];
+    return e->len != 0 ? e : nullptr;
+}
+
 WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, unsigned char* out,
                              size_t room, size_t* written) const {
     size_t i = *pos, w = *written;
+    size_t width = 0;
     while (i < n) {
-        const unsigned char b = in[i];
-        const Bytes* e = &m_single[b];
-        size_t width = 1;
-        if (e->len == 0) {
-            if (b < kFirstLead || b > kLastLead || i + 1 >= n) break;
-            e = &row(b)[in[i + 1]];
-            width = 2;
-            if (e->len == 0) break;
-        }
-        if (room - w < e->len) break;
+        const Bytes* e = entryAt(in, n, i, width);
+        if (e == nullptr || room - w < e->len) break;
         for (unsigned k = 0; k < e->len; ++k) out[w + k] = e->b[k];
         w += e->len;
         i += width;
@@ -215,17 +221,10 @@ WS_HOT void GbkCodec::toUtf8(const unsigned char* in, size_t n, size_t* pos, uns
 
 WS_HOT bool GbkCodec::gbkToUtf16(const unsigned char* in, size_t n, unsigned short* out,
                                  size_t* written) const {
-    size_t i = 0, w = 0;
+    size_t i = 0, w = 0, width = 0;
     while (i < n) {
-        const unsigned char b = in[i];
-        const Bytes* e = &m_single[b];
-        size_t width = 1;
-        if (e->len == 0) {
-            if (b < kFirstLead || b > kLastLead || i + 1 >= n) return false;
-            e = &row(b)[in[i + 1]];
-            width = 2;
-            if (e->len == 0) return false;
-        }
+        const Bytes* e = entryAt(in, n, i, width);
+        if (e == nullptr) return false;
         // An entry is one BMP character (see fillRow): its UTF-8 decodes to one unit.
         out[w++] = static_cast<unsigned short>(decodeUtf8(e->b, e->len));
         i += width;

@@ -57,6 +57,8 @@ private:
     bool open();
     // Lead `lead`'s row of pairs (trail byte 0x00-0xFF), filled on first use.
     const Bytes* row(unsigned lead) const;
+    const Bytes* entryAt(const unsigned char* in, std::size_t n, std::size_t i,
+                         std::size_t& width) const;
     void fillRow(unsigned lead) const;
     // The GBK bytes of BMP character `cp` (one byte, or lead << 8 | trail);
     // kLeftToIconv when iconv has no one- or two-byte answer.

@@ -90,18 +90,22 @@ WS_HOT void nmSegment::_wordsFromUnits(std::vector<std::string>& words) {
         const int bytes =
             EncodeConverter::utf16ToUtf8(word.word, word.wordLen, m_gbkWord.data(),
                                          3 * static_cast<unsigned long>(word.wordLen) + 1);
-        const int converted = m_utf8ToGbk.conv(m_gbkWord.data(), bytes > 0 ? bytes : 0, m_buffer);
-        words.emplace_back(m_buffer.data(), static_cast<std::size_t>(converted));
+        _appendUtf8Word(reinterpret_cast<const char*>(m_gbkWord.data()), bytes > 0 ? bytes : 0,
+                        words);
     }
+}
+
+WS_HOT void nmSegment::_appendUtf8Word(const char* utf8, int bytes,
+                                       std::vector<std::string>& words) {
+    const int n = m_utf8ToGbk.conv(utf8, bytes, m_buffer);
+    words.emplace_back(m_buffer.data(), static_cast<std::size_t>(n));
 }
 
 // A segmenter that answers with no level at all has found no words.
 WS_HOT void nmSegment::_wordsFromUtf8(std::vector<std::string>& words) {
     if (m_result.empty()) return;
-    for (const ws::WORD_UTF8_T& word : m_result.back()) {
-        const int n = m_utf8ToGbk.conv(word.word, static_cast<int>(word.wordLen), m_buffer);
-        words.emplace_back(m_buffer.data(), static_cast<std::size_t>(n));
-    }
+    for (const ws::WORD_UTF8_T& word : m_result.back())
+        _appendUtf8Word(word.word, static_cast<int>(word.wordLen), words);
 }
 
 }  // namespace normalize

@@ -38,6 +38,8 @@ private:
     bool _toUnits(const std::string& gbkText);
     void _wordsFromUnits(std::vector<std::string>& words);
     void _wordsFromUtf8(std::vector<std::string>& words);
+    // Appends the GBK of `bytes` bytes of UTF-8, converted as iconv would.
+    void _appendUtf8Word(const char* utf8, int bytes, std::vector<std::string>& words);
 
     int m_initialised = 0;
     const norm_utility::GbkCodec* m_codec = nullptr;

@@ -28,6 +28,18 @@ namespace {
 
 const unsigned char kAllDicts = 7;
 
+// Sets a per-call switch for one call and clears it on every way out.
+class CallSwitch {
+public:
+    CallSwitch(bool& flag, bool value) : m_flag(flag) { m_flag = value; }
+    ~CallSwitch() { m_flag = false; }
+    CallSwitch(const CallSwitch&) = delete;
+    CallSwitch& operator=(const CallSwitch&) = delete;
+
+private:
+    bool& m_flag;
+};
+
 // Allocates without throwing; logs `failure` and returns null when memory runs out.
 template <class T, class... Args>
 T* newStage(const char* failure, Args&&... args) {
@@ -495,12 +507,9 @@ WS_HOT bool WsSegmenterImp::segmentWords(const unsigned short* text, unsigned in
                                          std::vector<WORD_T>& words) {
     if (!m_ready) return false;
     try {
-        m_skipUserValues = true;
-        const bool ok = _segmentUtf16(text, text != nullptr ? len : 0, words);
-        m_skipUserValues = false;
-        return ok;
+        const CallSwitch skip(m_skipUserValues, true);
+        return _segmentUtf16(text, text != nullptr ? len : 0, words);
     } catch (const std::bad_alloc&) {
-        m_skipUserValues = false;
         WS_IMP_ERROR("allocate memory fail!");
         return false;
     }
@@ -522,14 +531,14 @@ bool WsSegmenterImp::segment(const char* utf8, unsigned int len, std::vector<WOR
 WS_HOT const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, int outType) {
     if (!m_ready) return nullptr;
     try {
-        m_wantTypes = outType != 0;
-        m_skipUserValues = true;
-        m_words.resize(1);
-        unsigned int units = 0;
-        const bool ok = _toUtf16(utf8, len, units) &&
-                        _segmentUtf16(m_utf16.data(), units, m_words[0]);
-        m_wantTypes = false;
-        m_skipUserValues = false;
+        bool ok = false;
+        {
+            const CallSwitch types(m_wantTypes, outType != 0);
+            const CallSwitch skip(m_skipUserValues, true);
+            m_words.resize(1);
+            unsigned int units = 0;
+            ok = _toUtf16(utf8, len, units) && _segmentUtf16(m_utf16.data(), units, m_words[0]);
+        }
         if (!ok) return nullptr;
         const int skipped =
             outType == 0 ? m_text.renderPlain(m_words[0], m_spaceProcessor != nullptr, m_tagger.get())
@@ -537,8 +546,6 @@ WS_HOT const char* WsSegmenterImp::segment(const char* utf8, unsigned int len, i
         for (int i = 0; i < skipped; ++i) WS_IMP_ERROR("utf16 to utf8 fail!\n");
         return m_text.c_str();
     } catch (const std::bad_alloc&) {
-        m_wantTypes = false;
-        m_skipUserValues = false;
         WS_IMP_ERROR("allocate memory fail!");
         return nullptr;
     }
