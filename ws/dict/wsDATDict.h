@@ -95,6 +95,11 @@ public:
     }
     // Marks the first two key bytes mayMatch lets through (DoubleTrie::markFirstPairs).
     void markFirstPairs(uint8_t* table, uint8_t bit) const { m_trie->markFirstPairs(table, bit); }
+    // The heads of the keys of a small dictionary (DoubleTrie::forEachKeyHead).
+    bool forEachKeyHead(int bytes,
+                        const std::function<void(const unsigned char*, int)>& visit) const {
+        return m_trie->forEachKeyHead(bytes, visit);
+    }
 
     // Adds a word given as UTF-8 (`len` bytes) with its record: a null
     // `weight` means 1.0; `extra` holds extraLen bytes (may be null only

@@ -74,17 +74,44 @@ void WsDictSet::buildFirstUnits() {
     for (unsigned mask = 0; mask < kMasks; ++mask)
         m_maskDicts[mask] = dictBits(static_cast<unsigned char>(mask));
     std::vector<uint8_t>().swap(m_firstUnitDicts);
+    std::vector<uint8_t>().swap(m_shortDicts);
+    std::vector<uint8_t>().swap(m_pairDicts);
     const size_t users = m_users.size();
     if (users + 2 > kFirstUnitDicts) return;
     std::vector<uint8_t> table(kFirstUnits, 0);
     for (size_t k = 0; k < users + 2; ++k)
         mergeDict(k).markFirstPairs(table.data(), static_cast<uint8_t>(1u << k));
     m_firstUnitDicts.swap(table);
+    buildPairs();
+}
+
+void WsDictSet::buildPairs() {
+    std::vector<uint8_t> shortDicts(kFirstUnits, 0);
+    std::vector<uint8_t> pairDicts(kPairSlots, 0);
+    unsigned whole = 0;
+    for (size_t k = 0; k < m_users.size() + 2; ++k) {
+        const uint8_t bit = static_cast<uint8_t>(1u << k);
+        const bool read = mergeDict(k).forEachKeyHead(4, [&](const unsigned char* head, int n) {
+            if (n >= 4) {
+                pairDicts[pairSlot(head)] |= bit;
+            } else if (n >= 2) {
+                shortDicts[head[0] | head[1] << 8] |= bit;
+            } else {
+                for (unsigned b1 = 0; b1 < 256; ++b1) shortDicts[head[0] | b1 << 8] |= bit;
+            }
+        });
+        if (!read) whole |= bit;
+    }
+    m_shortDicts.swap(shortDicts);
+    m_pairDicts.swap(pairDicts);
+    m_wholeDicts = whole;
 }
 
 void WsDictSet::clearData() {
     m_loaded = false;
     std::vector<uint8_t>().swap(m_firstUnitDicts);
+    std::vector<uint8_t>().swap(m_shortDicts);
+    std::vector<uint8_t>().swap(m_pairDicts);
     if (m_base) m_base->clearData();
     if (m_alnum) m_alnum->clearData();
     for (auto& user : m_users) user->clearData();
@@ -255,6 +282,8 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
     if (!m_firstUnitDicts.empty() && len >= 2) {
         const auto* k = reinterpret_cast<const unsigned char*>(key);
         dicts &= m_firstUnitDicts[k[0] | k[1] << 8];
+        if (len >= 4 && (dicts & (dicts - 1)) != 0)
+            dicts &= m_wholeDicts | m_shortDicts[k[0] | k[1] << 8] | m_pairDicts[pairSlot(k)];
         if (dicts == 0) return 0;
         if ((dicts & (dicts - 1)) == 0) {  // one dictionary: its list is the answer
             const size_t at = static_cast<size_t>(__builtin_ctz(dicts));

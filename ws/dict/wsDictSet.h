@@ -1,6 +1,8 @@
 #ifndef ZEG_WS_DICT_WSDICTSET_H
 #define ZEG_WS_DICT_WSDICTSET_H
 
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -135,6 +137,21 @@ private:
     static constexpr size_t kFirstUnitDicts = 8;
     static constexpr size_t kFirstUnits = 65536;
     std::vector<uint8_t> m_firstUnitDicts;
+    // Sharper, for keys of two units or more, where the first unit leaves
+    // several: each small dictionary's bit is set in m_shortDicts[unit] when
+    // a word of less than two units may start such a key, and in
+    // m_pairDicts[pairSlot(key)] for its words' first two units. The other
+    // dictionaries' bits are in m_wholeDicts.
+    static constexpr size_t kPairSlots = 65536;
+    static size_t pairSlot(const unsigned char* key) {
+        uint32_t v;
+        std::memcpy(&v, key, sizeof v);
+        return (v * 0x9E3779B1u) >> 16;
+    }
+    void buildPairs();
+    std::vector<uint8_t> m_shortDicts;
+    std::vector<uint8_t> m_pairDicts;
+    unsigned m_wholeDicts = ~0u;
     static constexpr unsigned kMasks = 8;
     unsigned m_maskDicts[kMasks] = {};  // dictBits by mask
 };

@@ -258,6 +258,69 @@ void DoubleTrie::markFirstPairs(uint8_t* table, uint8_t bit) const {
     }
 }
 
+bool DoubleTrie::forEachKeyHead(
+    int bytes, const std::function<void(const unsigned char*, int)>& visit) const {
+    const int length = m_front.length();
+    const int root = m_front.root();
+    if (length >= kPairTableMinCells || !m_pairStates.empty()) return false;
+    if (length <= root || bytes < 1) return true;
+    const DoubleArrayTrie::Cell* const cells = m_front.cells();
+    if (isSeparator(root)) return false;  // no sense to be made of it: keep every lookup
+    // Child lists from one pass over the cells: each cell names its parent.
+    std::vector<int> first(static_cast<size_t>(length), 0);
+    std::vector<int> sibling(static_cast<size_t>(length), 0);
+    for (int t = 1; t < length; ++t) {
+        const int p = cells[t].check;
+        if (t == root || p < 1 || p >= length || cells[p].base < -1) continue;
+        const uint32_t code = static_cast<uint32_t>(t) - static_cast<uint32_t>(cells[p].base) - 1;
+        if (code > 255) continue;  // the end mark, read through next()
+        sibling[t] = first[p];
+        first[p] = t;
+    }
+    // Depth-first to `bytes` deep: each state has one parent, so each is
+    // reached once at most and the walk ends.
+    std::vector<unsigned char> head(static_cast<size_t>(bytes));
+    struct Visit {
+        int state;
+        int depth;
+    };
+    std::vector<Visit> stack{{root, 0}};
+    while (!stack.empty()) {
+        const Visit v = stack.back();
+        stack.pop_back();
+        if (v.depth > 0) head[v.depth - 1] = static_cast<unsigned char>(
+                             static_cast<uint32_t>(v.state) -
+                             static_cast<uint32_t>(cells[cells[v.state].check].base) - 1);
+        if (isSeparator(v.state)) {
+            visitTailHead(v.state, head.data(), v.depth, bytes, visit);
+            continue;
+        }
+        if (v.depth == bytes || (v.depth > 0 && m_front.next(v.state, DoubleArrayTrie::kCodeEnd) != 0))
+            visit(head.data(), v.depth);
+        if (v.depth == bytes) continue;
+        for (int c = first[v.state]; c != 0; c = sibling[c]) stack.push_back({c, v.depth + 1});
+    }
+    return true;
+}
+
+void DoubleTrie::visitTailHead(
+    int s, unsigned char* head, int n, int bytes,
+    const std::function<void(const unsigned char*, int)>& visit) const {
+    const int e = separatorEntry(s);
+    if (e == 0 || !m_rear.isState(m_table[e].rear) || m_rear.length() <= m_rear.root()) return;
+    const DoubleArrayTrie::Cell* const cells = m_rear.cells();
+    int r = m_table[e].rear;
+    while (n < bytes && r != m_rear.root()) {
+        const int parent = cells[r].check;
+        if (!m_rear.isState(parent)) return;
+        const uint32_t code = static_cast<uint32_t>(r) - static_cast<uint32_t>(cells[parent].base) - 1;
+        if (code > 255) return;
+        head[n++] = static_cast<unsigned char>(code);
+        r = parent;
+    }
+    visit(head, n);
+}
+
 WS_HOT int DoubleTrie::matchAll(const unsigned char* key, int len, MatchInfo* out, int max) const {
     if (m_front.length() <= m_front.root() || max < 1 || len < 1) return 0;
     // The cells in locals: writes to `out` could otherwise alias the

@@ -2,6 +2,7 @@
 #define ZEG_WS_DICT_WSDOUBLETRIE_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -81,6 +82,12 @@ public:
     // ORs `bit` into table[p] (kPairCount entries) for each first two
     // bytes p with which mayMatch lets a key through.
     void markFirstPairs(uint8_t* table, uint8_t bit) const;
+    // Calls visit(head, n) with the first n = min(bytes, length) bytes of
+    // every key (at least; a damaged trie may add heads no lookup can
+    // match), each head once or more. Only a small trie is read so, cheap
+    // enough for a load: false, with no call, for one with a pair table.
+    bool forEachKeyHead(int bytes,
+                        const std::function<void(const unsigned char*, int)>& visit) const;
     int add(const unsigned char* key, int len, int value) override;
     const char* stats() override;
     void listAllEntries() override;
@@ -114,6 +121,10 @@ private:
     // byte (a key ends there, or a separator's tail starts): the pair
     // filters must then let every second byte through.
     bool matchesAfterOneByte(int s1) const;
+    // Reads up to `bytes` - n more key bytes into head[n..] from separator
+    // `s`'s tail and visits the head; nothing when the tail is broken.
+    void visitTailHead(int s, unsigned char* head, int n, int bytes,
+                       const std::function<void(const unsigned char*, int)>& visit) const;
     // Fills m_pairStates for a loaded trie big enough to gain from it.
     void buildPairStates();
     // Fills m_pairBits for a loaded trie too small for m_pairStates.

@@ -145,19 +145,29 @@ TEST_F(WsDictSetTest, UserWordsWinOverBaseWordsOverAlnumWords) {
     EXPECT_EQ(matchFrom("mp3", 5), "-");
 }
 
-// Up to eight dictionaries, a table of first characters says which to
-// ask; with more, every one is asked. The answers are the same, for
-// keys that start in one, several or none of them, and for a key cut
-// inside its first character.
+// Up to eight dictionaries, tables of first characters and of first
+// pairs say which to ask; with more, every one is asked. The answers are
+// the same for every key of up to three characters over the words'
+// characters, and for a key cut inside its first character.
 TEST_F(WsDictSetTest, ManyUserDictionariesGiveTheSameAnswers) {
     const std::string other = zeg_test::writeCoreDict(dir, "other.dict", {w("天", 1, "other")}, 1);
-    WsDictSet many;
-    ASSERT_EQ(many.loadDict(base, alnum, {user1, user2, other, other, other, other, other}), 0);
-    const std::string texts[] = {"北京大学生", "北京", "清华大学", "mp3北京",
-                                 "大学",       "学生", "海洋"};
+    const std::string short1 = zeg_test::writeCoreDict(
+        dir, "short.dict", {w("京", 1, "s"), w("华海", 1, "s"), w("学生会主席", 1, "s")}, 1);
+    WsDictSet few, many;
+    ASSERT_EQ(few.loadDict(base, alnum, {user1, user2, short1}), 0);
+    ASSERT_EQ(many.loadDict(base, alnum, {user1, user2, short1, other, other, other, other}), 0);
+    const std::string chars[] = {"北", "京", "大", "学", "生", "清", "华", "海", "m", "p", "3"};
+    std::vector<std::string> texts = {"北京大学生", "学生会主席"};
+    for (const std::string& a : chars) {
+        for (const std::string& b : chars) {
+            for (const std::string& c : chars) texts.push_back(a + b + c);
+            texts.push_back(a + b);
+        }
+        texts.push_back(a);
+    }
     for (unsigned char mask = 1; mask < 8; ++mask) {
         for (const std::string& text : texts)
-            EXPECT_EQ(matchAllFrom(many, text, mask), matchAllFrom(text, mask)) << text << mask;
+            ASSERT_EQ(matchAllFrom(many, text, mask), matchAllFrom(few, text, mask)) << text << mask;
         ws::TrieBase::MatchInfo out[4];
         EXPECT_EQ(many.matchAll("\x17", 1, out, 4, mask), set.matchAll("\x17", 1, out, 4, mask));
     }
