@@ -50,22 +50,6 @@ WS_HOT unsigned int CNormHashtable::hashString(const char* s, unsigned int hashT
     return hash;
 }
 
-WS_HOT void CNormHashtable::hashFirstTwo(const char* s, unsigned int& first, unsigned int& second) {
-    unsigned int hash0 = 0x7FED7FED, key0 = 0xEEEEEEEE;
-    unsigned int hash1 = 0x7FED7FED, key1 = 0xEEEEEEEE;
-    if (s != nullptr) {
-        for (const unsigned char* p = reinterpret_cast<const unsigned char*>(s); *p != 0; ++p) {
-            const unsigned int c = upperByte(*p);
-            hash0 = static_cast<unsigned int>(CRYPTTABLE[c]) ^ (hash0 + key0);
-            key0 = c + hash0 + key0 + (key0 << 5) + 3;
-            hash1 = static_cast<unsigned int>(CRYPTTABLE[256 + c]) ^ (hash1 + key1);
-            key1 = c + hash1 + key1 + (key1 << 5) + 3;
-        }
-    }
-    first = hash0;
-    second = hash1;
-}
-
 unsigned long long CNormHashtable::cryptTableEntry(unsigned int index) {
     return CRYPTTABLE[index % kTableSize];
 }

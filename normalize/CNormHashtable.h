@@ -18,8 +18,6 @@ public:
     // REQUIRES: hashType <= 4 (a larger one is taken modulo 5, so the table
     // is never read out of bounds).
     static unsigned int hashString(const char* s, unsigned int hashType);
-    // hashString(s, 0) and hashString(s, 1) in one pass over `s`.
-    static void hashFirstTwo(const char* s, unsigned int& first, unsigned int& second);
 
     // Entry `index` of the crypt table; only the low 32 bits are used.
     // REQUIRES: index < kTableSize.

@@ -1,6 +1,7 @@
 #include "normalize/Implement.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "norm_utility/AlgoUtil.h"
@@ -20,7 +21,7 @@ using norm_utility::YException;
 
 namespace {
 
-const char kGbkDe[] = "\xB5\xC4";  // "的", dropped from canonically ordered results
+constexpr std::string_view kGbkDe = "\xB5\xC4";  // "的", dropped from canonically ordered results
 
 // Erases every space that directly follows a space.
 void collapseSpaces(std::string& text) {
@@ -180,22 +181,23 @@ void Implement::convert(norm_utility::AlgoIconv& converter, const std::string& t
 WS_HOT void Implement::joinWords(const std::vector<std::string>& words, int mode,
                                  std::string& joined) {
     const bool canonical = (mode & kCanonicalOrder) != 0;
-    // Sorted by hash, then text: equal entries are equal words, so the
-    // order among them cannot show.
+    // Sorted by the first hash, then the second, then the text: equal
+    // entries are equal words, so the order among them cannot show. The
+    // second hash only breaks ties of the first, so it is taken only then.
     m_order.clear();
-    for (const std::string& word : words) {
-        unsigned int first = 0, second = 0;
-        if (canonical) CNormHashtable::hashFirstTwo(word.c_str(), first, second);
-        m_order.push_back({{first, second}, &word});
-    }
+    for (const std::string& word : words)
+        m_order.push_back({canonical ? CNormHashtable::hashString(word.c_str(), 0) : 0, &word});
     if (canonical) {
         std::sort(m_order.begin(), m_order.end(), [](const auto& a, const auto& b) {
-            return a.first != b.first ? a.first < b.first : *a.second < *b.second;
+            if (a.first != b.first) return a.first < b.first;
+            const unsigned int secondA = CNormHashtable::hashString(a.second->c_str(), 1);
+            const unsigned int secondB = CNormHashtable::hashString(b.second->c_str(), 1);
+            return secondA != secondB ? secondA < secondB : *a.second < *b.second;
         });
     }
     joined.clear();
     for (const auto& entry : m_order) {
-        if (canonical && *entry.second == kGbkDe) continue;
+        if (canonical && std::string_view(*entry.second) == kGbkDe) continue;
         joined += *entry.second;
     }
     AlgoUtil::trim(joined);

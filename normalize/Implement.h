@@ -85,7 +85,7 @@ private:
     SynonymFilter m_synonyms;
     std::string m_joined;
     std::vector<std::string> m_words;
-    std::vector<std::pair<std::pair<unsigned int, unsigned int>, const std::string*>> m_order;
+    std::vector<std::pair<unsigned int, const std::string*>> m_order;  // first hash, word
 };
 
 }  // namespace normalize
