@@ -281,11 +281,12 @@ WS_HOT int WsDictSet::matchAll(const char* key, unsigned len, TrieBase::MatchInf
     unsigned dicts = m_maskDicts[mask & (kBase | kAlnum | kUser)];
     if (!m_firstUnitDicts.empty() && len >= 2) {
         const auto* k = reinterpret_cast<const unsigned char*>(key);
-        dicts &= m_firstUnitDicts[k[0] | k[1] << 8];
-        if (len >= 4 && (dicts & (dicts - 1)) != 0)
-            dicts &= m_wholeDicts | m_shortDicts[k[0] | k[1] << 8] | m_pairDicts[pairSlot(k)];
-        if (dicts == 0) return 0;
-        if ((dicts & (dicts - 1)) == 0) {  // one dictionary: its list is the answer
+        const unsigned unit = k[0] | k[1] << 8;
+        dicts &= m_firstUnitDicts[unit];
+        if ((dicts & (dicts - 1)) != 0 && len >= 4)  // several: sharpen by two units
+            dicts &= m_wholeDicts | m_shortDicts[unit] | m_pairDicts[pairSlot(k)];
+        if ((dicts & (dicts - 1)) == 0) {  // one dictionary (its list is the answer) or none
+            if (dicts == 0) return 0;
             const size_t at = static_cast<size_t>(__builtin_ctz(dicts));
             Matches only = {out, records, 0};
             collectPassed(mergeDict(at), mergeOffset(at), key, len, max, only);
