@@ -199,7 +199,7 @@ void DoubleArrayTrie::markBytePairs(std::vector<uint64_t>& bits) const {
         const int p = m_cells[t].check;  // a parent whose own parent is the root
         if (p < 1 || p >= m_length || p == m_root || m_cells[p].check != m_root) continue;
         const uint32_t b0 = static_cast<uint32_t>(p) - rootBase - 1;
-        const uint32_t b1 = static_cast<uint32_t>(t) - static_cast<uint32_t>(m_cells[p].base) - 1;
+        const uint32_t b1 = codeInto(m_cells, t, p);
         if (b0 > 255 || b1 > 255) continue;
         const uint32_t pair = b0 | b1 << 8;
         bits[pair / 64] |= uint64_t{1} << (pair % 64);

@@ -123,6 +123,11 @@ public:
                    ? static_cast<int>(t)
                    : 0;
     }
+    // The code on which `parent` moves to `state`: the inverse of next().
+    // Out-of-range values (above 255 or kCodeEnd) tell the end mark or damage.
+    static uint32_t codeInto(const Cell* cells, int state, int parent) {
+        return static_cast<uint32_t>(state) - static_cast<uint32_t>(cells[parent].base) - 1;
+    }
     // True for 1 <= state < length.
     bool isState(int state) const { return state >= 1 && state < m_length; }
     // The value of the key ending at `state`, 0 when none.

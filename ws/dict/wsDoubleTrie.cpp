@@ -272,7 +272,7 @@ bool DoubleTrie::forEachKeyHead(
     for (int t = 1; t < length; ++t) {
         const int p = cells[t].check;
         if (t == root || p < 1 || p >= length || cells[p].base < -1) continue;
-        const uint32_t code = static_cast<uint32_t>(t) - static_cast<uint32_t>(cells[p].base) - 1;
+        const uint32_t code = DoubleArrayTrie::codeInto(cells, t, p);
         if (code > 255) continue;  // the end mark, read through next()
         sibling[t] = first[p];
         first[p] = t;
@@ -288,9 +288,9 @@ bool DoubleTrie::forEachKeyHead(
     while (!stack.empty()) {
         const Visit v = stack.back();
         stack.pop_back();
-        if (v.depth > 0) head[v.depth - 1] = static_cast<unsigned char>(
-                             static_cast<uint32_t>(v.state) -
-                             static_cast<uint32_t>(cells[cells[v.state].check].base) - 1);
+        if (v.depth > 0)
+            head[v.depth - 1] = static_cast<unsigned char>(
+                DoubleArrayTrie::codeInto(cells, v.state, cells[v.state].check));
         if (isSeparator(v.state)) {
             visitTailHead(v.state, head.data(), v.depth, bytes, visit);
             continue;
@@ -313,7 +313,7 @@ void DoubleTrie::visitTailHead(
     while (n < bytes && r != m_rear.root()) {
         const int parent = cells[r].check;
         if (!m_rear.isState(parent)) return;
-        const uint32_t code = static_cast<uint32_t>(r) - static_cast<uint32_t>(cells[parent].base) - 1;
+        const uint32_t code = DoubleArrayTrie::codeInto(cells, r, parent);
         if (code > 255) return;
         head[n++] = static_cast<unsigned char>(code);
         r = parent;
@@ -461,7 +461,7 @@ void DoubleTrie::readTail(int rear, std::string& tail) const {
          ++steps) {
         const int parent = cells[rear].check;
         if (!m_rear.isState(parent)) break;
-        tail.push_back(static_cast<char>(rear - cells[parent].base - 1));
+        tail.push_back(static_cast<char>(DoubleArrayTrie::codeInto(cells, rear, parent)));
         rear = parent;
     }
 }
