@@ -2,8 +2,8 @@
 """zeg beside its peers (cppjieba, ICU, python3-jieba, OpenCC) on the same
 inputs in one run; prints one table with the ratios. See README.md.
 
-usage: run.py [--zeg-build DIR]... [--work DIR] [--runs N] [--text-mb MB]
-              [--short-lines N] [--queries N] [--skip-deps]
+usage: run.py [--zeg-build DIR]... [--zeg-threads N]... [--work DIR] [--runs N]
+              [--text-mb MB] [--short-lines N] [--queries N] [--skip-deps]
 """
 import argparse
 import glob
@@ -388,7 +388,10 @@ def print_startup(systems, results, zeg_names):
 
 # --- main ------------------------------------------------------------------------
 
-def zeg_systems(builds):
+def zeg_systems(builds, thread_counts):
+    """Each build's two tools on one thread, then on each of THREAD_COUNTS
+    (their --threads; the peers keep one thread, so those rows say what a
+    whole machine gives, not what a core does)."""
     seg, norm = [], []
     for build in builds:
         label = build if sum(os.path.basename(b) == os.path.basename(build)
@@ -399,11 +402,31 @@ def zeg_systems(builds):
         for path in paths:
             if not os.path.exists(path):
                 die('%s: missing (build the tools and zeg_default_data in %s)' % (path, build))
-        seg.append(System('zeg-segment [%s]' % label, 'whole process',
-                          [paths[0], '--config', paths[2]], False))
-        norm.append(System('zeg-normalize --mode 252 [%s]' % label, 'whole process',
-                           [paths[1], '--config', paths[3], '--mode', '252'], False))
+        for threads in [1] + thread_counts:
+            flag = [] if threads == 1 else ['--threads', str(threads)]
+            suffix = '' if threads == 1 else ' -t%d' % threads
+            seg.append(System('zeg-segment%s [%s]' % (suffix, label), 'whole process',
+                              [paths[0], '--config', paths[2]] + flag, False))
+            norm.append(System('zeg-normalize --mode 252%s [%s]' % (suffix, label),
+                               'whole process',
+                               [paths[1], '--config', paths[3], '--mode', '252'] + flag, False))
     return seg, norm
+
+
+def threaded_differences(systems, outputs):
+    """The threaded rows (named '... -tN [build]') whose output is not byte
+    for byte that of the same build's one-thread row."""
+    single = {}
+    for s in systems:
+        base = re.sub(r' -t\d+ \[', ' [', s.name)
+        if base == s.name:
+            single[base] = outputs[s.name]
+    for s in systems:
+        base = re.sub(r' -t\d+ \[', ' [', s.name)
+        if base != s.name:
+            with open(outputs[s.name], 'rb') as a, open(single[base], 'rb') as b:
+                if a.read() != b.read():
+                    yield s
 
 
 def parse_args():
@@ -417,11 +440,16 @@ def parse_args():
     parser.add_argument('--text-mb', type=float, default=4.5, help='size of the text in MB')
     parser.add_argument('--short-lines', type=int, default=150000)
     parser.add_argument('--queries', type=int, default=100000)
+    parser.add_argument('--zeg-threads', action='append', type=int, default=[], metavar='N',
+                        help='also run zeg\'s tools with --threads N (2 or more); repeatable')
     parser.add_argument('--skip-deps', action='store_true',
                         help='do not check or install Debian packages')
     args = parser.parse_args()
     if args.runs < 1:
         parser.error('--runs must be at least 1')
+    if any(n < 2 or n > 64 for n in args.zeg_threads):
+        parser.error('--zeg-threads takes 2 to 64')
+    args.zeg_threads = sorted(set(args.zeg_threads))
     args.zeg_build = [os.path.abspath(b) for b in args.zeg_build or [os.path.join(ROOT, 'build')]]
     if len(set(args.zeg_build)) != len(args.zeg_build):
         parser.error('--zeg-build names the same tree twice')
@@ -435,7 +463,7 @@ def main():
         install_packages()
     drivers = build_drivers(args.work, fetch_cppjieba(args.work))
     inputs = make_inputs(args.work, args.text_mb, args.short_lines, args.queries)
-    zeg_seg, zeg_norm = zeg_systems(args.zeg_build)
+    zeg_seg, zeg_norm = zeg_systems(args.zeg_build, args.zeg_threads)
     zeg_names = {s.name for s in zeg_seg + zeg_norm}
     cppjieba = System('cppjieba MPSegment (no HMM)', 'in process',
                       [drivers['jieba_segment'], JIEBA_DICT], True)
@@ -485,6 +513,11 @@ def main():
         healthy = healthy and not low
         print('  queries      %-40s %6.1f%% of lines hold only characters of the peers\' line%s' % (
             s.name, 100 * share, '  TOO LOW' if low else ''))
+    for tag, outs, systems in (('text', text_out, zeg_seg), ('short lines', short_out, zeg_seg),
+                               ('queries', norm_out, zeg_norm)):
+        for s in threaded_differences(systems, outs):
+            healthy = False
+            print('  %-12s %-40s differs from the same build on one thread' % (tag, s.name))
     if not healthy:
         die('the outputs disagree more than expected; see %s/out' % args.work)
 

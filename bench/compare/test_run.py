@@ -65,5 +65,16 @@ class QueriesTest(unittest.TestCase):
         self.assertEqual(run.full_width('Ab1 中'), 'Ａｂ１ 中')
 
 
+class ThreadedDifferencesTest(unittest.TestCase):
+    def test_names_only_threaded_rows_that_differ_from_their_build(self):
+        with Files('a\n', 'a\n', 'b\n', 'c\n', 'c\n') as paths:
+            names = ['zeg-segment [x]', 'zeg-segment -t2 [x]', 'zeg-segment -t4 [x]',
+                     'zeg-segment [y]', 'zeg-segment -t2 [y]']
+            systems = [run.System(n, 'whole process', [], False) for n in names]
+            outputs = dict(zip(names, paths))
+            self.assertEqual([s.name for s in run.threaded_differences(systems, outputs)],
+                             ['zeg-segment -t4 [x]'])
+
+
 if __name__ == '__main__':
     unittest.main()
