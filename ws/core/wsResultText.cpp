@@ -60,13 +60,21 @@ WS_HOT int ResultText::_renderUntagged(const std::vector<WORD_T>& words, bool or
     for (const WORD_T& w : words) {
         const bool fromOrg = original && w.orgWord != nullptr;
         const unsigned int units = fromOrg ? w.orgWordLen : w.wordLen;
-        const int bytes = EncodeConverter::utf16ToUtf8(fromOrg ? w.orgWord : w.word, units,
-                                                       out + n, 3 * static_cast<size_t>(units) + 1);
-        if (bytes < 1 && units != 0) {
+        const unsigned short* text = fromOrg ? w.orgWord : w.word;
+        if (units <= kDirectUnits) {
+            // The room is there: the run's own checks would only repeat it.
+            for (unsigned int k = 0; k < units; ++k)
+                n += static_cast<size_t>(EncodeConverter::utf16ToUtf8(text + k, out + n));
+            out[n++] = ' ';
+            continue;
+        }
+        const int bytes =
+            EncodeConverter::utf16ToUtf8(text, units, out + n, 3 * static_cast<size_t>(units) + 1);
+        if (bytes < 1) {
             ++skipped;
             continue;
         }
-        n += static_cast<size_t>(bytes > 0 ? bytes : 0);
+        n += static_cast<size_t>(bytes);
         out[n++] = ' ';
     }
     m_text.resize(n);

@@ -35,6 +35,10 @@ public:
     size_t size() const { return m_text.size(); }
 
 private:
+    // Longest word whose UTF-8 form (3 bytes a unit at most) fits the run
+    // conversion's signed 32-bit size.
+    static constexpr unsigned int kDirectUnits = 0x7FFFFFFF / 3;
+
     // renderPlain without a tagger.
     int _renderUntagged(const std::vector<WORD_T>& words, bool original);
     // Appends the UTF-8 form of `units` code units; false when it yields nothing.

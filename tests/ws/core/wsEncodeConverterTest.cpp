@@ -29,6 +29,23 @@ Units decodeRun(const Bytes& in, unsigned long room) {
 
 const unsigned short R = EncodeConverter::REPLACEMENT_CHAR;
 
+// What a run must give, character by character through the one-character
+// form: a character cut by the end reads as padded with NUL and consumes
+// only what is left.
+Units decodeByCharacter(const Bytes& in, unsigned long room) {
+    Units out;
+    for (std::size_t p = 0; p < in.size() && out.size() < room;) {
+        unsigned char padded[3] = {};
+        std::copy(in.begin() + p, in.begin() + std::min(in.size(), p + 3), padded);
+        unsigned short unit = 0;
+        const int used = EncodeConverter::utf8ToUtf16(padded, &unit);
+        if (used == 0) break;
+        out.push_back(unit);
+        p += std::min<std::size_t>(static_cast<std::size_t>(used), in.size() - p);
+    }
+    return out;
+}
+
 TEST(EncodeConverter, EncodesEachLengthClassAtItsBounds) {
     EXPECT_EQ(encodeOne(0x00), Bytes({0x00}));
     EXPECT_EQ(encodeOne(0x7F), Bytes({0x7F}));
@@ -134,9 +151,11 @@ TEST(EncodeConverter, RandomBytesNeverReadOrWriteOutOfBounds) {
     std::mt19937 rng(static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed()));
     // Mostly well-formed lead/continuation patterns, with stray bytes.
     const unsigned char alphabet[] = {0x41, 0x00, 0x80, 0xBF, 0xC3, 0xDF, 0xE4, 0xEF, 0xF0, 0xFF};
-    for (int round = 0; round < 2000; ++round) {
-        Bytes in(rng() % 12);
+    for (int round = 0; round < 20000; ++round) {
+        Bytes in(rng() % 24);
         for (unsigned char& b : in) b = alphabet[rng() % sizeof alphabet];
+        const unsigned long room = rng() % (in.size() + 2);
+        ASSERT_EQ(decodeRun(in, room), decodeByCharacter(in, room)) << round;
         const Units units = decodeRun(in, in.size() + 1);
         EXPECT_LE(units.size(), in.size());
         if (EncodeConverter::isUTF8(in.data(), in.size())) {
