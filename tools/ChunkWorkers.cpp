@@ -1,5 +1,6 @@
 #include "tools/ChunkWorkers.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 
@@ -32,16 +33,38 @@ bool ChunkWorkers::parseThreads(const std::string& text, unsigned& threads) {
 }
 
 void ChunkWorkers::run(std::size_t count, const Job& job) {
+    _start(count, 0, job);
+    _runSlice(0);
+    _finish();
+}
+
+void ChunkWorkers::runShared(std::size_t count, std::size_t block,
+                             const std::function<void()>& lead, const Job& job) {
+    _start(count, block < 1 ? 1 : block, job);
+    try {
+        lead();
+    } catch (...) {
+        _keepError();
+    }
+    _runBlocks(0);
+    _finish();
+}
+
+void ChunkWorkers::_start(std::size_t count, std::size_t block, const Job& job) {
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         m_job = &job;
         m_count = count;
+        m_block = block;
+        m_nextBlock.store(0, std::memory_order_relaxed);
         m_pending = m_threads - 1;
         m_error = nullptr;
         ++m_round;
     }
     m_start.notify_all();
-    _runSlice(0);
+}
+
+void ChunkWorkers::_finish() {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_done.wait(lock, [this] { return m_pending == 0; });
     m_job = nullptr;
@@ -57,7 +80,10 @@ void ChunkWorkers::_work(unsigned slice) {
             if (m_stop) return;
             seen = m_round;
         }
-        _runSlice(slice);
+        if (m_block == 0)
+            _runSlice(slice);
+        else
+            _runBlocks(slice);
         std::lock_guard<std::mutex> lock(m_mutex);
         if (--m_pending == 0) m_done.notify_one();
     }
@@ -70,9 +96,27 @@ void ChunkWorkers::_runSlice(unsigned slice) {
     try {
         if (begin < end) (*m_job)(slice, begin, end);
     } catch (...) {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_error) m_error = std::current_exception();
+        _keepError();
     }
+}
+
+void ChunkWorkers::_runBlocks(unsigned thread) {
+    const std::size_t blocks = (m_count + m_block - 1) / m_block;
+    for (;;) {
+        const std::size_t k = m_nextBlock.fetch_add(1, std::memory_order_relaxed);
+        if (k >= blocks) return;
+        const std::size_t begin = k * m_block;
+        try {
+            (*m_job)(thread, begin, std::min(m_count, begin + m_block));
+        } catch (...) {
+            _keepError();
+        }
+    }
+}
+
+void ChunkWorkers::_keepError() {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_error) m_error = std::current_exception();
 }
 
 }  // namespace zeg_tools

@@ -1,6 +1,7 @@
 #ifndef ZEG_TOOLS_CHUNKWORKERS_H
 #define ZEG_TOOLS_CHUNKWORKERS_H
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -42,10 +43,27 @@ public:
     // exception a slice throws is rethrown here, after all slices ended.
     void run(std::size_t count, const Job& job);
 
+    // Like run(), but the items go out in blocks of `block`, each to the
+    // first thread free, so that a slow or busy thread holds no one up: the
+    // job's first argument is the thread (0 the caller's), not a slice, and
+    // blocks come in no set order. The caller runs `lead` first (reading and
+    // writing, say) while the workers start; then it takes blocks too. The
+    // first exception of `lead` or a block is rethrown after all ended.
+    // REQUIRES: block >= 1.
+    void runShared(std::size_t count, std::size_t block, const std::function<void()>& lead,
+                   const Job& job);
+
 private:
+    // Hands the current round to the workers.
+    void _start(std::size_t count, std::size_t block, const Job& job);
+    // Waits for the workers to end the round; rethrows its first exception.
+    void _finish();
     void _work(unsigned slice);
     // Runs `slice` of the current chunk and keeps its exception, if any.
     void _runSlice(unsigned slice);
+    // Runs blocks of the current round on `thread` until none is left.
+    void _runBlocks(unsigned thread);
+    void _keepError();
 
     const unsigned m_threads;
     std::vector<std::thread> m_workers;
@@ -54,6 +72,8 @@ private:
     std::condition_variable m_done;
     const Job* m_job = nullptr;
     std::size_t m_count = 0;
+    std::size_t m_block = 0;  // 0: slices; else the block size
+    std::atomic<std::size_t> m_nextBlock{0};
     uint64_t m_round = 0;
     unsigned m_pending = 0;
     bool m_stop = false;

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <exception>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "jni/NormalizerBridge.h"
@@ -19,8 +20,8 @@
 #include "tools/ArgParser.h"
 #include "tools/ChunkWorkers.h"
 #include "tools/DataFingerprint.h"
-#include "tools/JavaText.h"
 #include "tools/FdLineReader.h"
+#include "tools/JavaText.h"
 #include "tools/StandardStreams.h"
 
 namespace {
@@ -151,32 +152,71 @@ bool normalizeStream(normalize::NormalizeIntf* norm, int mode, zeg_tools::FdLine
     return true;
 }
 
-// A chunk of lines at a time, shared among the threads, written in order.
+// Lines read together, and what they became.
+struct Batch {
+    explicit Batch(std::size_t size) : lines(size), outs(size), cuts(size) {}
+    std::vector<std::string> lines, outs;
+    std::vector<char> cuts;
+    std::size_t n = 0;
+};
+
+// Fills `batch` with up to its size in lines; `ended` once the input is.
+void readBatch(zeg_tools::FdLineReader& reader, Batch& batch, bool& ended) {
+    batch.n = 0;
+    bool cut = false;
+    while (!ended && batch.n < batch.lines.size()) {
+        if (!reader.next(batch.lines[batch.n], cut)) {
+            ended = true;
+            break;
+        }
+        batch.cuts[batch.n++] = cut;
+    }
+}
+
+bool writeBatch(Batch& batch, Progress& progress) {
+    for (std::size_t i = 0; i < batch.n; ++i) {
+        if (std::fwrite(batch.outs[i].data(), 1, batch.outs[i].size(), stdout) !=
+            batch.outs[i].size())
+            return false;
+        progress.count();
+    }
+    batch.n = 0;
+    return true;
+}
+
+// Two batches in turn: while the threads normalise one, this thread first
+// writes the one before and reads the next into it, then helps. Lines go to
+// the threads in small blocks, so a thread slowed by a busy core (or by
+// reading) leaves its share to the others.
 bool normalizeChunks(normalize::NormalizeIntf* norm, int mode, unsigned threads,
                      zeg_tools::FdLineReader& reader, Progress& progress) {
+    const std::size_t kBlock = 64;
     zeg_tools::ChunkWorkers workers(threads);
-    const std::size_t chunk = kLinesPerThread * threads;
-    std::vector<std::string> lines(chunk), outs(chunk);
-    std::vector<char> cuts(chunk);
-    for (;;) {
-        std::size_t n = 0;
-        bool cut = false;
-        while (n < chunk && reader.next(lines[n], cut)) cuts[n++] = cut;
-        if (n == 0) return true;
-        workers.run(n, [&](unsigned, std::size_t begin, std::size_t end) {
-            std::string result;
-            for (std::size_t i = begin; i < end; ++i) {
-                normalizeLine(norm, lines[i], cuts[i] != 0, mode, result, outs[i]);
-                outs[i].push_back('\n');
-            }
-        });
-        for (std::size_t i = 0; i < n; ++i) {
-            if (std::fwrite(outs[i].data(), 1, outs[i].size(), stdout) != outs[i].size())
-                return false;
-            progress.count();
-        }
-        if (n < chunk) return true;
+    Batch first(kLinesPerThread * threads), second(kLinesPerThread * threads);
+    Batch* now = &first;     // being normalised
+    Batch* other = &second;  // normalised before: written, then refilled
+    std::vector<std::string> results(threads);
+    bool ended = false, written = true;
+    readBatch(reader, *now, ended);
+    while (now->n > 0) {
+        Batch& batch = *now;
+        workers.runShared(
+            batch.n, kBlock,
+            [&] {
+                written = writeBatch(*other, progress);
+                if (written) readBatch(reader, *other, ended);
+            },
+            [&](unsigned thread, std::size_t begin, std::size_t end) {
+                for (std::size_t i = begin; i < end; ++i) {
+                    normalizeLine(norm, batch.lines[i], batch.cuts[i] != 0, mode, results[thread],
+                                  batch.outs[i]);
+                    batch.outs[i].push_back('\n');
+                }
+            });
+        if (!written) return false;
+        std::swap(now, other);
     }
+    return writeBatch(*other, progress);
 }
 
 int run(const Options& options) {

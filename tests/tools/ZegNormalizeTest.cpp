@@ -103,20 +103,22 @@ TEST_F(ZegNormalizeTest, EveryLineInGivesOneLineOut) {
 
 // Threads share the lines out in chunks: whatever the chunking, the output
 // is the single-threaded one, line for line (several chunks and a short
-// last one, odd lines included).
+// last one, exactly two chunks, odd lines included).
 TEST_F(ZegNormalizeTest, ThreadsChangeNothingInTheOutput) {
-    const std::string odd[] = {"Hello World\r", std::string("a\0b", 3), "\xFF\xFE", "",
+    const std::string odd[] = {"Hello World\r",       std::string("a\0b", 3),     "\xFF\xFE",   "",
                                std::string(600, 'x'), "軟體 ＡＢ 北京大學生 mp3", "😀 的 iPhone"};
-    std::string input;
-    for (int i = 0; i < 9000; ++i) input += odd[i % 7] + std::to_string(i % 13) + "\n";
-    input += "ＡＢＣ 的";  // no final line feed
     const std::string config = std::string("--config ") + ZEG_DEFAULT_CONFIG;
-    const ToolRun one = run(config, input);
-    ASSERT_EQ(one.status, 0) << one.err;
-    for (const char* threads : {" --threads 2", " --threads 3"}) {
-        const ToolRun many = run(config + threads, input);
-        EXPECT_EQ(many.status, 0) << many.err;
-        EXPECT_TRUE(many.out == one.out) << threads;
+    for (int lines : {9000, 8192}) {
+        std::string input;
+        for (int i = 0; i < lines; ++i) input += odd[i % 7] + std::to_string(i % 13) + "\n";
+        if (lines == 9000) input += "ＡＢＣ 的";  // no final line feed
+        const ToolRun one = run(config, input);
+        ASSERT_EQ(one.status, 0) << one.err;
+        for (const char* threads : {" --threads 2", " --threads 3"}) {
+            const ToolRun many = run(config + threads, input);
+            EXPECT_EQ(many.status, 0) << many.err;
+            EXPECT_TRUE(many.out == one.out) << lines << " lines," << threads;
+        }
     }
 }
 
