@@ -14,14 +14,15 @@
 
 namespace zeg_tools {
 
-// Splits the items of a chunk among threads: the calling thread and
-// threads - 1 workers each take one contiguous slice, and run() returns
-// when every slice is done, so the caller writes results in input order.
+// Splits the items of a chunk among threads: with run(), the calling thread
+// and threads - 1 workers each take one contiguous slice; with runShared(),
+// small blocks go to whichever thread is free. Both return when every item
+// is done, so the caller writes results in input order.
 // Slice k (0 to threads - 1, in item order) always runs on the same thread,
 // slice 0 on the caller's, so a job may keep per-slice state.
 // The workers live as long as the object: what a library keeps per thread
 // (a normaliser's worker) is built once, not once a chunk.
-// Not copyable; run() is called from one thread at a time.
+// Not copyable; run() and runShared() are called from one thread at a time.
 class ChunkWorkers {
 public:
     using Job = std::function<void(unsigned slice, std::size_t begin, std::size_t end)>;
