@@ -8,8 +8,8 @@ namespace zeg_tools {
 
 ChunkWorkers::ChunkWorkers(unsigned threads) : m_threads(threads < 1 ? 1 : threads) {
     m_workers.reserve(m_threads - 1);
-    for (unsigned slice = 1; slice < m_threads; ++slice)
-        m_workers.emplace_back(&ChunkWorkers::_work, this, slice);
+    for (unsigned thread = 1; thread < m_threads; ++thread)
+        m_workers.emplace_back(&ChunkWorkers::_work, this, thread);
 }
 
 ChunkWorkers::~ChunkWorkers() {
@@ -30,12 +30,6 @@ bool ChunkWorkers::parseThreads(const std::string& text, unsigned& threads) {
         return false;
     threads = static_cast<unsigned>(value);
     return true;
-}
-
-void ChunkWorkers::run(std::size_t count, const Job& job) {
-    _start(count, 0, job);
-    _runSlice(0);
-    _finish();
 }
 
 void ChunkWorkers::runShared(std::size_t count, std::size_t block,
@@ -71,7 +65,7 @@ void ChunkWorkers::_finish() {
     if (m_error) std::rethrow_exception(m_error);
 }
 
-void ChunkWorkers::_work(unsigned slice) {
+void ChunkWorkers::_work(unsigned thread) {
     uint64_t seen = 0;
     for (;;) {
         {
@@ -80,27 +74,14 @@ void ChunkWorkers::_work(unsigned slice) {
             if (m_stop) return;
             seen = m_round;
         }
-        if (m_block == 0)
-            _runSlice(slice);
-        else
-            _runBlocks(slice);
+        _runBlocks(thread);
         std::lock_guard<std::mutex> lock(m_mutex);
         if (--m_pending == 0) m_done.notify_one();
     }
 }
 
-void ChunkWorkers::_runSlice(unsigned slice) {
-    // m_job and m_count do not change while a round runs.
-    const std::size_t begin = m_count * slice / m_threads;
-    const std::size_t end = m_count * (slice + 1) / m_threads;
-    try {
-        if (begin < end) (*m_job)(slice, begin, end);
-    } catch (...) {
-        _keepError();
-    }
-}
-
 void ChunkWorkers::_runBlocks(unsigned thread) {
+    // m_job, m_count and m_block do not change while a round runs.
     const std::size_t blocks = (m_count + m_block - 1) / m_block;
     for (;;) {
         const std::size_t k = m_nextBlock.fetch_add(1, std::memory_order_relaxed);

@@ -90,7 +90,8 @@ bool PieceSegmenter::pickStandIn(const char* text, std::size_t len) {
     return false;
 }
 
-bool PieceSegmenter::emit(const char* text, std::size_t len, std::FILE* out) {
+template <class Write>
+bool PieceSegmenter::emitWith(const char* text, std::size_t len, const Write& write) {
     const bool hasNul = std::memchr(text, '\0', len) != nullptr;
     if (hasNul) {
         if (!pickStandIn(text, len)) return false;
@@ -102,18 +103,30 @@ bool PieceSegmenter::emit(const char* text, std::size_t len, std::FILE* out) {
     }
     const char* words = hasNul ? m_segment(m_text.data(), m_text.size()) : m_segment(text, len);
     if (words == nullptr) return false;
-    if (!hasNul) {
-        m_writeFailed = m_writeFailed || std::fputs(words, out) == EOF;
-        return true;
+    if (hasNul) {
+        static const char kNul = '\0';
+        for (const char* standIn; (standIn = std::strstr(words, m_standIn.c_str())) != nullptr;) {
+            m_writeFailed = m_writeFailed ||
+                            !write(words, static_cast<std::size_t>(standIn - words)) ||
+                            !write(&kNul, 1);
+            words = standIn + m_standIn.size();
+        }
     }
-    for (const char* standIn; (standIn = std::strstr(words, m_standIn.c_str())) != nullptr;) {
-        const std::size_t before = static_cast<std::size_t>(standIn - words);
-        m_writeFailed = m_writeFailed || std::fwrite(words, 1, before, out) != before ||
-                        std::fputc('\0', out) == EOF;
-        words = standIn + m_standIn.size();
-    }
-    m_writeFailed = m_writeFailed || std::fputs(words, out) == EOF;
+    m_writeFailed = m_writeFailed || !write(words, std::strlen(words));
     return true;
+}
+
+bool PieceSegmenter::segmentLine(const std::string& line, std::string& out) {
+    return emitWith(line.data(), line.size(), [&out](const char* bytes, std::size_t n) {
+        out.append(bytes, n);
+        return true;
+    });
+}
+
+bool PieceSegmenter::emit(const char* text, std::size_t len, std::FILE* out) {
+    return emitWith(text, len, [out](const char* bytes, std::size_t n) {
+        return std::fwrite(bytes, 1, n, out) == n;
+    });
 }
 
 }  // namespace zeg_tools

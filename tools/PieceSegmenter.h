@@ -52,11 +52,19 @@ public:
     // is still consumed to its end.
     bool add(const std::string& bytes, bool more, std::FILE* out);
 
+    // Appends the output of a whole line of at most the window's length to
+    // `out` (without a line feed). False when it could not be segmented.
+    bool segmentLine(const std::string& line, std::string& out);
+
     // True when the last write to `out` failed.
     bool writeFailed() const { return m_writeFailed; }
 
 private:
     bool emit(const char* text, std::size_t len, std::FILE* out);
+    // Segments `text` and hands the output to write(bytes, n), which
+    // returns false when writing failed.
+    template <class Write>
+    bool emitWith(const char* text, std::size_t len, const Write& write);
     std::size_t cutPoint() const;
     bool pickStandIn(const char* text, std::size_t len);
 

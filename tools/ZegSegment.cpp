@@ -2,12 +2,13 @@
 // configuration and prints the text output, one line per input line.
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,8 +18,8 @@
 #include "tools/DataFingerprint.h"
 #include "tools/FdLineReader.h"
 #include "tools/PieceSegmenter.h"
-#include "tools/StandardStreams.h"
 #include "tools/ProgressLine.h"
+#include "tools/StandardStreams.h"
 #include "tools/WordTagger.h"
 #include "ws/core/wsInterface.h"
 #include "ws/core/wsWsConfig.h"
@@ -57,42 +58,15 @@ const char kUsage[] =
 // PieceSegmenter); memory then stays near 110 times this, whatever the line.
 constexpr std::size_t kWindow = 1 << 16;
 
-// What a thread takes at a time: enough lines to make waiting on the others
+// What a batch holds per thread: enough lines to make waiting on the others
 // rare, few enough bytes to keep memory bounded whatever the lines.
 const std::size_t kLinesPerThread = 2048;
-const std::size_t kBytesPerThread = 1 << 20;
+const std::size_t kBytesPerThread = 1 << 19;
+// Lines a thread takes at a time.
+const std::size_t kBlock = 64;
 
-// One thread's share of a chunk: its own segmenter front end, and what its
-// slice of lines made, kept in memory until the slices before it are out.
-struct Lane {
-    explicit Lane(PieceSegmenter::Segment segment) : pieces(std::move(segment), kWindow) {}
-    ~Lane() { release(); }
-    Lane(const Lane&) = delete;
-    Lane& operator=(const Lane&) = delete;
-
-    // A fresh memory stream for the next slice.
-    bool open() {
-        release();
-        out = open_memstream(&data, &size);
-        return out != nullptr;
-    }
-    void release() {
-        if (out != nullptr) std::fclose(out);
-        std::free(data);
-        out = nullptr;
-        data = nullptr;
-        size = 0;
-    }
-
-    PieceSegmenter pieces;
-    std::FILE* out = nullptr;
-    char* data = nullptr;
-    std::size_t size = 0;
-    std::vector<std::size_t> failed;  // chunk indexes of lines it could not segment
-    bool writeFailed = false;
-    bool ran = false;        // had a slice of the current chunk
-    std::size_t begin = 0;   // the slice's first chunk index
-};
+// Each thread's segmenter front end (0: this thread's).
+using Lanes = std::vector<std::unique_ptr<PieceSegmenter>>;
 
 int showVersion(const std::string& config) {
     std::vector<std::string> files;
@@ -154,96 +128,125 @@ void streamAll(zeg_tools::FdLineReader& reader, PieceSegmenter& pieces,
     }
 }
 
-// Segments chunk[0, n) on the lanes' threads and writes the results in
-// order. False when writing failed.
-bool segmentChunk(zeg_tools::ChunkWorkers& workers, std::vector<std::unique_ptr<Lane>>& lanes,
-                  const std::vector<std::string>& chunk, std::size_t n, Totals& totals) {
-    workers.run(n, [&](unsigned slice, std::size_t begin, std::size_t end) {
-        Lane& lane = *lanes[slice];
-        lane.ran = true;
-        lane.begin = begin;
-        lane.failed.clear();
-        lane.writeFailed = !lane.open();
-        for (std::size_t i = begin; i < end && !lane.writeFailed; ++i) {
-            if (!lane.pieces.add(chunk[i], false, lane.out)) {
-                if (lane.pieces.writeFailed())
-                    lane.writeFailed = true;
-                else
-                    lane.failed.push_back(i);
-            }
-            if (std::fputc('\n', lane.out) == EOF) lane.writeFailed = true;
+// Lines read together, what they became, and the first piece of a line
+// too long for a batch that comes right after them.
+struct Batch {
+    explicit Batch(std::size_t size) : lines(size), outs(size), failed(size) {}
+    std::vector<std::string> lines, outs;
+    std::vector<char> failed;  // could not be segmented
+    std::size_t n = 0;
+    std::size_t bytes = 0;
+    bool longLine = false;
+    std::string piece;
+};
+
+// Fills `batch` up to its size in lines or bytes, or up to a long line.
+void readBatch(zeg_tools::FdLineReader& reader, Batch& batch, std::size_t byteLimit, bool& ended) {
+    batch.n = 0;
+    batch.bytes = 0;
+    batch.longLine = false;
+    bool more = false;
+    while (!ended && batch.n < batch.lines.size() && batch.bytes < byteLimit) {
+        if (!reader.nextPiece(batch.piece, more)) {
+            ended = true;
+        } else if (more) {
+            batch.longLine = true;
+            return;
+        } else {
+            batch.bytes += batch.piece.size();
+            batch.lines[batch.n++].swap(batch.piece);
         }
-        if (lane.out != nullptr && std::fflush(lane.out) != 0) lane.writeFailed = true;
-    });
-    bool written = true;
-    for (auto& lane : lanes) {
-        if (!lane->ran) continue;  // its slice was empty
-        lane->ran = false;
-        for (std::size_t i : lane->failed) reportLine(totals.lines + i + 1);
-        if (!lane->failed.empty()) totals.allSegmented = false;
-        if (lane->writeFailed && written) {
-            // Its output could not be held in memory: stop rather than lose lines.
-            std::fprintf(stderr, "zeg-segment: out of memory for the output of line %llu on\n",
-                         static_cast<unsigned long long>(totals.lines + lane->begin + 1));
-            totals.allSegmented = false;
-            written = false;
-        }
-        written = written && std::fwrite(lane->data, 1, lane->size, stdout) == lane->size;
-        lane->release();
     }
-    totals.lines += n;
-    return written;
 }
 
-// Chunks of whole lines shared among the lanes; a line longer than the
-// window ends a chunk and streams through lane 0 (this thread's) alone.
-void chunkAll(zeg_tools::FdLineReader& reader, std::vector<std::unique_ptr<Lane>>& lanes,
-              zeg_tools::ProgressLine& shown, Totals& totals) {
-    const auto threads = static_cast<unsigned>(lanes.size());
-    zeg_tools::ChunkWorkers workers(threads);
-    std::vector<std::string> chunk(kLinesPerThread * threads);
-    std::string piece;
-    bool more = false, ended = false;
-    while (!ended) {
-        std::size_t n = 0, chunkBytes = 0;
-        bool longLine = false;
-        while (n < chunk.size() && chunkBytes < kBytesPerThread * threads) {
-            if (!reader.nextPiece(piece, more)) {
-                ended = true;
-                break;
-            }
-            if (more) {
-                longLine = true;
-                break;
-            }
-            chunkBytes += piece.size();
-            chunk[n++].swap(piece);
+// Writes the batch's outputs (the lines before its long line) and reports
+// the lines it could not segment. False when writing failed.
+bool writeBatch(Batch& batch, Totals& totals) {
+    for (std::size_t i = 0; i < batch.n; ++i) {
+        if (batch.failed[i]) {
+            reportLine(totals.lines + i + 1);
+            totals.allSegmented = false;
         }
-        if (n > 0 && !segmentChunk(workers, lanes, chunk, n, totals)) return;
-        totals.bytes += chunkBytes;
-        if (longLine && !streamLine(reader, lanes[0]->pieces, piece, more, ++totals.lines,
-                                    totals.bytes, totals.allSegmented))
-            return;
-        shown.update(totals.bytes, totals.lines);
+        if (std::fwrite(batch.outs[i].data(), 1, batch.outs[i].size(), stdout) !=
+            batch.outs[i].size())
+            return false;
     }
+    totals.lines += batch.n;
+    totals.bytes += batch.bytes;
+    batch.n = 0;
+    batch.bytes = 0;
+    return true;
+}
+
+// Two batches in turn: while the threads segment one, this thread first
+// writes the one before and reads the next into it, then helps. Lines go to
+// the threads in small blocks, so that a thread slowed by a busy core leaves
+// its share to the others. A line longer than the window ends a batch; once
+// the batch is out it streams through this thread's lane alone.
+void chunkAll(zeg_tools::FdLineReader& reader, Lanes& lanes, zeg_tools::ProgressLine& shown,
+              Totals& totals) {
+    const auto threads = static_cast<unsigned>(lanes.size());
+    const std::size_t byteLimit = kBytesPerThread * threads;
+    zeg_tools::ChunkWorkers workers(threads);
+    Batch first(kLinesPerThread * threads), second(kLinesPerThread * threads);
+    Batch* now = &first;     // being segmented
+    Batch* other = &second;  // segmented before: written, then refilled
+    bool ended = false, written = true;
+    readBatch(reader, *now, byteLimit, ended);
+    while (now->n > 0 || now->longLine) {
+        Batch& batch = *now;
+        workers.runShared(
+            batch.n, kBlock,
+            [&] {
+                written = writeBatch(*other, totals);
+                shown.update(totals.bytes, totals.lines);
+                // Past a long line the reader must wait until it streams.
+                if (written && !batch.longLine) readBatch(reader, *other, byteLimit, ended);
+            },
+            [&](unsigned thread, std::size_t begin, std::size_t end) {
+                for (std::size_t i = begin; i < end; ++i) {
+                    batch.outs[i].clear();
+                    batch.failed[i] = !lanes[thread]->segmentLine(batch.lines[i], batch.outs[i]);
+                    batch.outs[i].push_back('\n');
+                }
+            });
+        if (!written) return;
+        if (batch.longLine) {
+            if (!writeBatch(batch, totals) ||
+                !streamLine(reader, *lanes[0], batch.piece, true, ++totals.lines, totals.bytes,
+                            totals.allSegmented))
+                return;
+            readBatch(reader, *other, byteLimit, ended);
+        }
+        std::swap(now, other);
+    }
+    writeBatch(*other, totals);
 }
 
 // Reads every line and writes what the lanes' segmenters make of it (a
 // piece that cannot be segmented is left out, and the exit status is 1);
 // reports read and write errors.
-int eachLine(const std::string& config, bool progress, std::vector<std::unique_ptr<Lane>>& lanes) {
+int eachLine(const std::string& config, bool progress, Lanes& lanes) {
     zeg_tools::ProgressLine shown(std::cerr, progress, "zeg-segment", 0);
     zeg_tools::FdLineReader reader(STDIN_FILENO, kWindow);
     ws::WsConfig settings;
     if (settings.init(config.c_str())) {
         const std::string delimiters = settings.getString("SPACE_DEFINE_FILE", "");
-        for (auto& lane : lanes) lane->pieces.loadDelimiters(delimiters);
+        for (auto& lane : lanes) lane->loadDelimiters(delimiters);
     }
     Totals totals;
-    if (lanes.size() == 1)
-        streamAll(reader, lanes[0]->pieces, shown, totals);
-    else
-        chunkAll(reader, lanes, shown, totals);
+    if (lanes.size() == 1) {
+        streamAll(reader, *lanes[0], shown, totals);
+    } else {
+        try {
+            chunkAll(reader, lanes, shown, totals);
+        } catch (const std::bad_alloc&) {
+            // Stop rather than lose lines silently.
+            std::fprintf(stderr, "zeg-segment: out of memory after line %llu\n",
+                         static_cast<unsigned long long>(totals.lines));
+            totals.allSegmented = false;
+        }
+    }
     shown.finish();
     const int streams = zeg_tools::finishStandardStreams("zeg-segment", reader);
     return streams != 0 || !totals.allSegmented ? 1 : 0;
@@ -266,7 +269,7 @@ int usageError(const zeg_tools::ArgParser& args, const std::string& message) {
 // One lane a thread, each over a tagger of its own (--presegmented).
 int tagLines(const std::string& config, bool progress, unsigned threads) {
     std::vector<std::unique_ptr<zeg_tools::WordTagger>> taggers;
-    std::vector<std::unique_ptr<Lane>> lanes;
+    Lanes lanes;
     for (unsigned k = 0; k < threads; ++k) {
         taggers.push_back(std::make_unique<zeg_tools::WordTagger>());
         std::string error;
@@ -275,9 +278,11 @@ int tagLines(const std::string& config, bool progress, unsigned threads) {
             return 1;
         }
         zeg_tools::WordTagger& tagger = *taggers.back();
-        lanes.push_back(std::make_unique<Lane>([&tagger](const char* text, std::size_t len) {
-            return tagger.tagLine(std::string(text, len)).c_str();
-        }));
+        lanes.push_back(std::make_unique<PieceSegmenter>(
+            [&tagger](const char* text, std::size_t len) {
+                return tagger.tagLine(std::string(text, len)).c_str();
+            },
+            kWindow));
     }
     return eachLine(config, progress, lanes);
 }
@@ -286,7 +291,7 @@ int tagLines(const std::string& config, bool progress, unsigned threads) {
 int segmentLines(const std::string& config, bool progress, unsigned threads, bool pos,
                  bool weights) {
     std::vector<std::unique_ptr<ws::WsSegmenter>> segmenters;
-    std::vector<std::unique_ptr<Lane>> lanes;
+    Lanes lanes;
     for (unsigned k = 0; k < threads; ++k) {
         segmenters.push_back(std::make_unique<ws::WsSegmenter>());
         ws::WsSegmenter& segmenter = *segmenters.back();
@@ -295,10 +300,11 @@ int segmentLines(const std::string& config, bool progress, unsigned threads, boo
                          config.c_str());
             return 1;
         }
-        lanes.push_back(
-            std::make_unique<Lane>([&segmenter, weights](const char* text, std::size_t len) {
+        lanes.push_back(std::make_unique<PieceSegmenter>(
+            [&segmenter, weights](const char* text, std::size_t len) {
                 return segmenter.segment(text, static_cast<unsigned int>(len), weights ? 1 : 0);
-            }));
+            },
+            kWindow));
     }
     return eachLine(config, progress, lanes);
 }

@@ -56,9 +56,9 @@ TEST_F(ZegSegmentTest, ALongLineSegmentsLikeItsSentences) {
     EXPECT_TRUE(r.out == all + "\n" + expected + "\n") << r.out.size() << " bytes";
 }
 
-// Threads share chunks of lines out; a line longer than the window ends a
-// chunk and streams through alone. The output, the reports and the exit
-// status are the single-threaded ones whatever the chunking.
+// Threads share batches of lines out; a line longer than the window ends a
+// batch and streams through alone, also right after another or at the end. The output, the reports
+// and the exit status are the single-threaded ones whatever the chunking.
 TEST_F(ZegSegmentTest, ThreadsChangeNothing) {
     const std::string odd[] = {"我们在北京大学学习", "ab\xff\xfe", "\xf0\x9f\x98\x80 北京",
                                std::string("a\0b", 3), "", "今天天气很好。abc 123!"};
@@ -66,10 +66,11 @@ TEST_F(ZegSegmentTest, ThreadsChangeNothing) {
     for (int i = 0; i < 8000; ++i) longLine += "我们在北京大学学习，";
     std::string input;
     for (int i = 0; i < 7000; ++i) {
-        if (i == 100 || i == 5000) input += longLine + "\n";
+        if (i == 100) input += longLine + "\n" + longLine + "\n";
+        if (i == 5000) input += longLine + "\n";
         input += odd[i % 6] + "\n";
     }
-    input += "没有换行";
+    input += longLine + "\n没有换行";
     const std::string conf = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n");
     const zeg_test::ToolRun one = zeg_test::runTool(dir, ZEG_SEGMENT_TOOL, "--config " + conf, input);
     EXPECT_EQ(one.status, 1);
