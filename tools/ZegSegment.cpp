@@ -159,10 +159,20 @@ void readBatch(zeg_tools::FdLineReader& reader, Batch& batch, std::size_t byteLi
     }
 }
 
+// A batch's slot keeps the memory of an ordinary line and its output, but
+// not of a longer one: what the batches hold then stays bounded by their
+// byte limit, not by the longest line each slot ever saw.
+const std::size_t kKeptPerSlot = 1024;
+
+void trimSlot(std::string& s) {
+    if (s.capacity() > kKeptPerSlot) std::string().swap(s);
+}
+
 // Writes the batch's outputs (the lines before its long line) and reports
 // the lines it could not segment. False when writing failed.
 bool writeBatch(Batch& batch, Totals& totals) {
     for (std::size_t i = 0; i < batch.n; ++i) {
+        trimSlot(batch.lines[i]);
         if (batch.failed[i]) {
             reportLine(totals.lines + i + 1);
             totals.allSegmented = false;
@@ -170,6 +180,7 @@ bool writeBatch(Batch& batch, Totals& totals) {
         if (std::fwrite(batch.outs[i].data(), 1, batch.outs[i].size(), stdout) !=
             batch.outs[i].size())
             return false;
+        trimSlot(batch.outs[i]);
     }
     totals.lines += batch.n;
     totals.bytes += batch.bytes;

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "support/DefaultData.h"
 #include "support/ToolRun.h"
 
@@ -104,6 +107,32 @@ TEST_F(ZegSegmentTest, MemoryDoesNotGrowWithTheLine) {
     ASSERT_GT(large, 0);
     EXPECT_LT(large - small, 30 * 1024) << small << " kB for a short line, " << large
                                         << " kB for 10 MB";
+}
+
+// With threads, batches reuse their slots; a slot that once held a long line
+// must not keep its memory, or an input with long lines here and there
+// grows memory slot by slot (36 MB more for this input).
+TEST_F(ZegSegmentTest, ThreadedMemoryDoesNotGrowWithLongLinesInManySlots) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer's quarantine holds freed memory";
+#endif
+    const std::string conf = dir.write("seg.conf", "#include \"" ZEG_SEGMENTER_CONFIG "\"\n");
+    const auto peakKb = [&](const std::string& input) {
+        return zeg_test::peakMemoryKb(dir, ZEG_SEGMENT_TOOL, "--config " + conf + " --threads 2",
+                                      input);
+    };
+    std::string line, input;
+    while (line.size() < 40000) line += "word" + std::to_string(line.size() % 997) + " ";
+    uint32_t x = 12345;
+    for (int k = 0; k < 300; ++k) {
+        x = x * 1103515245u + 12345u;
+        for (uint32_t tiny = (x >> 8) % 4000; tiny > 0; --tiny) input += "a\n";
+        input += line + "\n";
+    }
+    const long small = peakKb("word\n"), large = peakKb(input);
+    ASSERT_GT(small, 0);
+    ASSERT_GT(large, 0);
+    EXPECT_LT(large - small, 16 * 1024) << small << " kB for a short line, " << large << " kB";
 }
 
 TEST_F(ZegSegmentTest, RemovedSpacesAreMappedBackOntoTheInput) {
