@@ -32,8 +32,6 @@ public:
     ChunkWorkers(const ChunkWorkers&) = delete;
     ChunkWorkers& operator=(const ChunkWorkers&) = delete;
 
-    unsigned threads() const { return m_threads; }
-
     // The most threads a tool's --threads may ask for.
     static const unsigned kMaxThreads = 64;
     // A --threads value: a decimal 1 to kMaxThreads. False for anything else.
